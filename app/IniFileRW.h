@@ -1,0 +1,42 @@
+// Reader and writer of an INI file through the system's private-profile functions.
+// One object per use, made where it is needed; it holds no open file. Whole numbers are
+// written in decimal, and a missing key, section or file reads as 1 (the option and
+// selection readers rely on that).
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace lumenor {
+
+class CIniFileRW {
+ public:
+  // Longest full path the file may have, in characters.
+  static constexpr size_t kMaxPath = 255;
+
+  // The file `fileName` in the running executable's folder.
+  explicit CIniFileRW(std::wstring_view fileName);
+  // The file at `fullPath`, as given.
+  static CIniFileRW AtPath(std::wstring_view fullPath);
+
+  virtual ~CIniFileRW() = default;
+
+  const std::wstring& Path() const { return path_; }
+  // False when the path is unknown or too long to be used; every read then yields the
+  // missing-key value and every write fails.
+  bool HasUsablePath() const { return !path_.empty() && path_.size() <= kMaxPath; }
+
+  bool WriteInt(std::wstring_view section, std::wstring_view key, int value) const;
+  bool WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view text) const;
+  // The stored whole number; 1 when the key, section or file is missing.
+  int ReadInt(std::wstring_view section, std::wstring_view key) const;
+  // The stored text, whole; false (and `text` emptied) when nothing was read.
+  bool ReadString(std::wstring_view section, std::wstring_view key, std::wstring& text) const;
+
+ private:
+  CIniFileRW() = default;
+
+  std::wstring path_;
+};
+
+}  // namespace lumenor

@@ -1,0 +1,42 @@
+#include "app/PcApp.h"
+
+#include "app/StartupState.h"
+#include "catalogue/Catalogue.h"
+
+#include <windows.h>
+
+namespace lumenor {
+
+bool CPcApp::InitInstance() {
+  // Without a mutex (creation failed for another reason) start-up goes on unprotected.
+  mutex_.Reset(CreateMutexW(nullptr, FALSE, kSingleInstanceMutexName));
+  if (GetLastError() == ERROR_ALREADY_EXISTS) {
+    return false;
+  }
+
+  (void)ParseCommandLine();  // its result is kept in the start-up state
+
+  const bool showSplash = AutoStarted == 0;
+  if (showSplash) {
+    ShowSplash();
+  }
+  BuildCatalogue();
+  if (showSplash) {
+    CloseSplash();
+  }
+
+  RunMainWindow();
+  return false;
+}
+
+int CPcApp::ExitInstance() {
+  FreeCatalogue();
+  if (mutex_) {
+    // Fails harmlessly when this copy never owned the mutex; the handle still closes.
+    (void)ReleaseMutex(mutex_.Get());
+    mutex_.Reset();
+  }
+  return 0;
+}
+
+}  // namespace lumenor

@@ -1,0 +1,136 @@
+#include "app/Settings.h"
+
+#include <string>
+
+namespace lumenor {
+
+namespace {
+
+constexpr wchar_t kGeneral[] = L"General Settings";
+constexpr wchar_t kRunAtStartup[] = L"Run at windows startup";
+constexpr wchar_t kAutoUpdate[] = L"Automaticly update";
+constexpr wchar_t kExitSetting[] = L"Exit setting";
+constexpr wchar_t kExit[] = L"exit";
+constexpr wchar_t kTray[] = L"tray";
+constexpr wchar_t kScheduler[] = L"Scan Schduler";
+constexpr wchar_t kEvery[] = L"every";
+constexpr wchar_t kDay[] = L"day";
+constexpr wchar_t kHour[] = L"hour";
+constexpr wchar_t kMinute[] = L"minute";
+constexpr wchar_t kWhen[] = L"when";
+
+// A damaged count must not keep the program reading keys for hours; no real list comes
+// near this size.
+constexpr int kMaxSelectionEntries = 1024;
+
+constexpr int kNoRecentSelection = -1;
+
+struct ListKeys {
+  const wchar_t* section;
+  const wchar_t* countKey;
+};
+
+ListKeys KeysOf(Selection which) {
+  switch (which) {
+    case Selection::kOneClick:
+      return {L"OneClickItem", L"OneClickItems"};
+    case Selection::kDefault:
+      return {L"DefaultItem", L"DefaultItems"};
+    case Selection::kRecent:
+      break;
+  }
+  return {L"RecentItem", L"RecentItems"};
+}
+
+std::wstring EntryKey(int index) { return L"item" + std::to_wstring(index); }
+
+std::vector<unsigned> ReadEntries(const CIniFileRW& file, const wchar_t* section, int count) {
+  std::vector<unsigned> ids;
+  for (int i = 0; i < count && i < kMaxSelectionEntries; ++i) {
+    ids.push_back(static_cast<unsigned>(file.ReadInt(section, EntryKey(i))));
+  }
+  return ids;
+}
+
+}  // namespace
+
+OptionValues ReadOptionValues(const CIniFileRW& file) {
+  OptionValues options;
+  options.runAtStartup = file.ReadInt(kGeneral, kRunAtStartup);
+  options.autoUpdate = file.ReadInt(kGeneral, kAutoUpdate);
+  options.exitOnClose = file.ReadInt(kExitSetting, kExit);
+  options.trayOnClose = file.ReadInt(kExitSetting, kTray);
+  options.scheduleOn = file.ReadInt(kScheduler, kEvery);
+  options.day = file.ReadInt(kScheduler, kDay);
+  options.hour = file.ReadInt(kScheduler, kHour);
+  options.minute = file.ReadInt(kScheduler, kMinute);
+  options.pm = file.ReadInt(kScheduler, kWhen);
+  return options;
+}
+
+bool WriteOptionValues(const CIniFileRW& file, const OptionValues& options) {
+  bool written = file.WriteInt(kGeneral, kRunAtStartup, options.runAtStartup);
+  written &= file.WriteInt(kGeneral, kAutoUpdate, options.autoUpdate);
+  written &= file.WriteInt(kExitSetting, kExit, options.exitOnClose);
+  written &= file.WriteInt(kExitSetting, kTray, options.trayOnClose);
+  written &= file.WriteInt(kScheduler, kEvery, options.scheduleOn);
+  written &= file.WriteInt(kScheduler, kDay, options.day);
+  written &= file.WriteInt(kScheduler, kHour, options.hour);
+  written &= file.WriteInt(kScheduler, kMinute, options.minute);
+  written &= file.WriteInt(kScheduler, kWhen, options.pm);
+  return written;
+}
+
+std::vector<unsigned> ReadSelection(const CIniFileRW& file, Selection which) {
+  const ListKeys keys = KeysOf(which);
+  return ReadEntries(file, keys.section, file.ReadInt(keys.section, keys.countKey));
+}
+
+std::vector<unsigned> ReadScanSelection(const CIniFileRW& file) {
+  const ListKeys recent = KeysOf(Selection::kRecent);
+  const int count = file.ReadInt(recent.section, recent.countKey);
+  if (count == kNoRecentSelection) {
+    return ReadSelection(file, Selection::kDefault);
+  }
+  return ReadEntries(file, recent.section, count);
+}
+
+bool WriteSelection(const CIniFileRW& file, Selection which, std::span<const unsigned> ids) {
+  const ListKeys keys = KeysOf(which);
+  bool written = true;
+  int count = 0;
+  for (const unsigned id : ids) {
+    written &= file.WriteInt(keys.section, EntryKey(count), static_cast<int>(id));
+    ++count;
+  }
+  written &= file.WriteInt(keys.section, keys.countKey, count);
+  return written;
+}
+
+bool WriteDefaultSettings(const CIniFileRW& file) {
+  // Keys are written in the order a fresh file lists them.
+  bool written = WriteOptionValues(file, OptionValues{});
+
+  constexpr unsigned kOneClick[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 132};
+  const ListKeys oneClick = KeysOf(Selection::kOneClick);
+  written &= file.WriteInt(oneClick.section, oneClick.countKey, static_cast<int>(std::size(kOneClick)));
+  for (int i = 0; i < static_cast<int>(std::size(kOneClick)); ++i) {
+    written &= file.WriteInt(oneClick.section, EntryKey(i), static_cast<int>(kOneClick[i]));
+  }
+
+  // The default scan list declares 12 entries but holds 10 keys: "item9" is written three
+  // times and ends as 141, and the last two entries read as the missing-key value 1.
+  // Files in the field look like this, so it stays.
+  constexpr unsigned kDefaultScan[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 135, 139, 141};
+  const ListKeys defaults = KeysOf(Selection::kDefault);
+  written &= file.WriteInt(defaults.section, defaults.countKey, static_cast<int>(std::size(kDefaultScan)));
+  for (int i = 0; i < static_cast<int>(std::size(kDefaultScan)); ++i) {
+    written &= file.WriteInt(defaults.section, EntryKey(i < 9 ? i : 9), static_cast<int>(kDefaultScan[i]));
+  }
+
+  const ListKeys recent = KeysOf(Selection::kRecent);
+  written &= file.WriteInt(recent.section, recent.countKey, kNoRecentSelection);
+  return written;
+}
+
+}  // namespace lumenor

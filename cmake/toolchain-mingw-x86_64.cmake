@@ -1,0 +1,6 @@
+# Cross-compiling for 64-bit Windows with Debian's MinGW-w64 (posix threading variant,
+# which GCC 12 needs for std::thread and std::mutex).
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(LUMENOR_MINGW_TRIPLET x86_64-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-common.cmake)

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# The whole test suite from a fresh Debian 12 machine: installs what is missing, builds
+# the 64-bit and 32-bit programs, and runs every test under Wine and Xvfb, in a Wine
+# prefix under build/x86_64/ whose Linux-root drive (z:) is removed before any test runs.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+
+"$root/scripts/install-deps.sh"
+"$root/scripts/build.sh" x86_64
+"$root/scripts/build.sh" i686   # compiled and linked; Wine here runs only 64-bit programs
+
+cd "$root/build/x86_64"
+xvfb-run -a -s "-screen 0 1280x1024x24" \
+  ctest --output-on-failure --no-tests=error --timeout 600 "$@"

@@ -1,0 +1,157 @@
+// Start-up: the two command-line switches and the single running copy.
+#include "app/PcApp.h"
+#include "app/StartupState.h"
+#include "catalogue/Catalogue.h"
+#include "tests/support/ChildProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+namespace lumenor {
+namespace {
+
+TEST(CommandLineSwitches, AutoStartIsAnyMatchAfterTheFirstCharacter) {
+  EXPECT_TRUE(ReadStartupSwitches(L"C:\\Lumenor\\lumenor.exe -A").autoStarted);
+  EXPECT_TRUE(ReadStartupSwitches(L"\"C:\\My-Apps\\lumenor.exe\"").autoStarted) << "a path with -A counts too";
+  EXPECT_FALSE(ReadStartupSwitches(L"-A").autoStarted) << "a match at the very start is ignored";
+  EXPECT_FALSE(ReadStartupSwitches(L"C:\\Lumenor\\lumenor.exe -a").autoStarted) << "switches are case-sensitive";
+  EXPECT_FALSE(ReadStartupSwitches(L"C:\\Lumenor\\lumenor.exe").autoStarted);
+}
+
+TEST(CommandLineSwitches, ShredPathIsEverythingAfterTheSwitchVerbatim) {
+  StartupSwitches plain = ReadStartupSwitches(L"C:\\Lumenor\\lumenor.exe -S:C:\\data\\a.txt");
+  EXPECT_TRUE(plain.hasShredPath);
+  EXPECT_EQ(plain.shredPath, L"C:\\data\\a.txt");
+
+  StartupSwitches quoted = ReadStartupSwitches(L"lumenor.exe -S:\"C:\\my data\\a b.txt\" ");
+  EXPECT_EQ(quoted.shredPath, L"\"C:\\my data\\a b.txt\" ") << "quotes and blanks are kept";
+
+  StartupSwitches empty = ReadStartupSwitches(L"lumenor.exe -S:");
+  EXPECT_TRUE(empty.hasShredPath);
+  EXPECT_EQ(empty.shredPath, L"");
+
+  EXPECT_FALSE(ReadStartupSwitches(L"lumenor.exe -s:C:\\a.txt").hasShredPath);
+  EXPECT_FALSE(ReadStartupSwitches(L"lumenor.exe").hasShredPath);
+}
+
+TEST(CommandLineSwitches, BothSwitchesAreFoundIndependently) {
+  StartupSwitches both = ReadStartupSwitches(L"lumenor.exe -A -S:C:\\x.txt");
+  EXPECT_TRUE(both.autoStarted);
+  EXPECT_EQ(both.shredPath, L"C:\\x.txt");
+
+  // "-A" inside the shred path still counts as the switch.
+  StartupSwitches inPath = ReadStartupSwitches(L"lumenor.exe -S:C:\\Old-Archive\\x.txt");
+  EXPECT_TRUE(inPath.autoStarted);
+  EXPECT_EQ(inPath.shredPath, L"C:\\Old-Archive\\x.txt");
+}
+
+TEST(CommandLineSwitches, ParsingThisProcessSetsNothingWithoutSwitches) {
+  AutoStarted = 0;
+  ShredPathArgument.clear();
+  EXPECT_EQ(ParseCommandLine(), 0);
+  EXPECT_EQ(AutoStarted, 0);
+  EXPECT_TRUE(ShredPathArgument.empty());
+}
+
+// The application object with its windowed steps recorded instead of shown.
+class RecordingApp : public CPcApp {
+ public:
+  int splashShown = 0;
+  int splashClosed = 0;
+  int mainWindowRuns = 0;
+  bool catalogueBuiltForMainWindow = false;
+
+ protected:
+  void ShowSplash() override { ++splashShown; }
+  void CloseSplash() override { ++splashClosed; }
+  void RunMainWindow() override {
+    ++mainWindowRuns;
+    catalogueBuiltForMainWindow = CatalogueRoot() != nullptr && CatalogueRoot()->Id() == 102;
+  }
+};
+
+bool MutexExists() {
+  HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, kSingleInstanceMutexName);
+  if (mutex == nullptr) {
+    return false;
+  }
+  CloseHandle(mutex);
+  return true;
+}
+
+class ApplicationStartup : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    AutoStarted = 0;
+    ASSERT_FALSE(MutexExists()) << "another copy of the program is running";
+  }
+  void TearDown() override { AutoStarted = 0; }
+};
+
+TEST_F(ApplicationStartup, RunsTheMainWindowOverABuiltCatalogueAndCleansUpAtExit) {
+  RecordingApp app;
+  EXPECT_FALSE(app.InitInstance());
+  EXPECT_EQ(app.mainWindowRuns, 1);
+  EXPECT_TRUE(app.catalogueBuiltForMainWindow);
+  EXPECT_EQ(app.splashShown, 1);
+  EXPECT_EQ(app.splashClosed, 1);
+  EXPECT_TRUE(MutexExists()) << "held until exit";
+
+  EXPECT_EQ(app.ExitInstance(), 0);
+  EXPECT_EQ(CatalogueRoot(), nullptr);
+  EXPECT_FALSE(MutexExists());
+}
+
+TEST_F(ApplicationStartup, StartedAtLogOnShowsNoSplash) {
+  AutoStarted = 1;
+  RecordingApp app;
+  EXPECT_FALSE(app.InitInstance());
+  EXPECT_EQ(app.splashShown, 0);
+  EXPECT_EQ(app.splashClosed, 0);
+  EXPECT_EQ(app.mainWindowRuns, 1);
+  app.ExitInstance();
+}
+
+TEST_F(ApplicationStartup, ASecondCopyStopsBeforeDoingAnything) {
+  HANDLE firstCopy = CreateMutexW(nullptr, FALSE, kSingleInstanceMutexName);
+  ASSERT_NE(firstCopy, nullptr);
+
+  RecordingApp second;
+  EXPECT_FALSE(second.InitInstance());
+  EXPECT_EQ(second.splashShown, 0);
+  EXPECT_EQ(second.mainWindowRuns, 0);
+  EXPECT_EQ(CatalogueRoot(), nullptr);
+  second.ExitInstance();
+
+  EXPECT_TRUE(MutexExists()) << "the first copy's mutex is untouched";
+  CloseHandle(firstCopy);
+}
+
+// The real program: a second copy started while the first runs ends at once, silently,
+// and leaves the first running.
+TEST_F(ApplicationStartup, SecondProgramCopyExitsSilentlyWhileTheFirstRuns) {
+  const std::wstring program = testing::ProgramBesideTest(L"lumenor.exe");
+  testing::RunningProgram first(program, L"");
+  ASSERT_TRUE(first.Started());
+  for (int waited = 0; !MutexExists() && waited < 20000; waited += 50) {
+    ASSERT_FALSE(first.WaitForExit(50)) << "the first copy ended early (exit code " << first.ExitCode() << ")";
+  }
+  ASSERT_TRUE(MutexExists());
+
+  testing::RunningProgram second(program, L"");
+  ASSERT_TRUE(second.Started());
+  ASSERT_TRUE(second.WaitForExit(10000)) << "the second copy kept running";
+  EXPECT_EQ(second.ExitCode(), 0u);
+  EXPECT_FALSE(second.HasVisibleWindow());
+
+  EXPECT_FALSE(first.WaitForExit(0)) << "the first copy was disturbed";
+  for (int waited = 0; !first.CloseWindows() && waited < 10000; waited += 50) {
+    Sleep(50);
+  }
+  EXPECT_TRUE(first.WaitForExit(10000));
+  EXPECT_FALSE(MutexExists()) << "the mutex goes with the first copy";
+}
+
+}  // namespace
+}  // namespace lumenor

@@ -1,0 +1,174 @@
+// "setting.ini" as the program writes and reads it: the default file, options, and the
+// saved selections of items.
+#include "app/Settings.h"
+#include "base/ModulePath.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TestData.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+namespace lumenor {
+namespace {
+
+using testing::FileExists;
+using testing::ReadFileBytes;
+using testing::TempFolder;
+using testing::WriteFileBytes;
+
+// The file's non-blank lines, as the profile functions laid them out.
+std::vector<std::string> MeaningfulLines(const std::wstring& path) {
+  std::vector<std::string> lines;
+  for (std::string& line : testing::SplitLines(ReadFileBytes(path))) {
+    if (!line.empty()) {
+      lines.push_back(std::move(line));
+    }
+  }
+  return lines;
+}
+
+class SettingsFile : public ::testing::Test {
+ protected:
+  TempFolder folder_;
+  std::wstring path_ = folder_ / L"setting.ini";
+  CIniFileRW file_ = CIniFileRW::AtPath(path_);
+};
+
+TEST_F(SettingsFile, DefaultsAreWrittenKeyForKeyInOrder) {
+  ASSERT_TRUE(WriteDefaultSettings(file_));
+  const std::vector<std::string> expected = {
+      "[General Settings]", "Run at windows startup=0", "Automaticly update=0",
+      "[Exit setting]", "exit=0", "tray=1",
+      "[Scan Schduler]", "every=0", "day=0", "hour=9", "minute=38", "when=0",
+      "[OneClickItem]", "OneClickItems=10",
+      "item0=104", "item1=105", "item2=106", "item3=107", "item4=108",
+      "item5=109", "item6=113", "item7=129", "item8=130", "item9=132",
+      "[DefaultItem]", "DefaultItems=12",
+      "item0=104", "item1=105", "item2=106", "item3=107", "item4=108",
+      "item5=109", "item6=113", "item7=129", "item8=130", "item9=141",
+      "[RecentItem]", "RecentItems=-1",
+  };
+  EXPECT_EQ(MeaningfulLines(path_), expected);
+}
+
+TEST_F(SettingsFile, DefaultScanSelectionDeclaresTwelveOfWhichTwoReadAsOne) {
+  ASSERT_TRUE(WriteDefaultSettings(file_));
+  EXPECT_EQ(ReadScanSelection(file_),
+            (std::vector<unsigned>{104, 105, 106, 107, 108, 109, 113, 129, 130, 141, 1, 1}));
+  EXPECT_EQ(ReadSelection(file_, Selection::kOneClick),
+            (std::vector<unsigned>{104, 105, 106, 107, 108, 109, 113, 129, 130, 132}));
+}
+
+TEST_F(SettingsFile, DefaultOptionsReadBackAsWritten) {
+  ASSERT_TRUE(WriteDefaultSettings(file_));
+  const OptionValues options = ReadOptionValues(file_);
+  EXPECT_EQ(options.runAtStartup, 0);
+  EXPECT_EQ(options.autoUpdate, 0);
+  EXPECT_EQ(options.exitOnClose, 0);
+  EXPECT_EQ(options.trayOnClose, 1);
+  EXPECT_EQ(options.scheduleOn, 0);
+  EXPECT_EQ(options.day, 0);
+  EXPECT_EQ(options.hour, 9);
+  EXPECT_EQ(options.minute, 38);
+  EXPECT_EQ(options.pm, 0);
+}
+
+TEST_F(SettingsFile, AnEmptyOrMissingFileReadsEveryOptionAsOne) {
+  for (const bool present : {true, false}) {
+    if (present) {
+      ASSERT_TRUE(WriteFileBytes(path_, ""));
+    }
+    const OptionValues options = ReadOptionValues(file_);
+    for (const int value : {options.runAtStartup, options.autoUpdate, options.exitOnClose, options.trayOnClose,
+                            options.scheduleOn, options.day, options.hour, options.minute, options.pm}) {
+      EXPECT_EQ(value, 1) << (present ? "empty file" : "missing file");
+    }
+    // A count of 1 with no entry gives one entry that names no item.
+    EXPECT_EQ(ReadSelection(file_, Selection::kOneClick), std::vector<unsigned>{1});
+    EXPECT_EQ(ReadScanSelection(file_), std::vector<unsigned>{1});
+    if (present) {
+      ASSERT_TRUE(DeleteFileW(path_.c_str()));
+    }
+  }
+  EXPECT_FALSE(FileExists(path_)) << "reading must not create the file";
+}
+
+TEST_F(SettingsFile, AShorterListLeavesTheOldKeysBehindUnread) {
+  const std::vector<unsigned> ten = {104, 105, 106, 107, 108, 109, 113, 129, 130, 132};
+  ASSERT_TRUE(WriteSelection(file_, Selection::kRecent, ten));
+  ASSERT_TRUE(WriteSelection(file_, Selection::kRecent, std::vector<unsigned>{246, 247, 369}));
+
+  EXPECT_EQ(ReadScanSelection(file_), (std::vector<unsigned>{246, 247, 369}));
+  EXPECT_EQ(file_.ReadInt(L"RecentItem", L"RecentItems"), 3);
+  EXPECT_EQ(file_.ReadInt(L"RecentItem", L"item3"), 107);
+  EXPECT_EQ(file_.ReadInt(L"RecentItem", L"item9"), 132);
+}
+
+TEST_F(SettingsFile, RecentCountOfMinusOneFallsBackToTheDefaultList) {
+  ASSERT_TRUE(WriteDefaultSettings(file_));
+  ASSERT_TRUE(file_.WriteInt(L"RecentItem", L"item0", 183));  // left over, not counted
+  EXPECT_EQ(ReadScanSelection(file_).size(), 12u);
+  EXPECT_EQ(ReadScanSelection(file_).front(), 104u);
+
+  ASSERT_TRUE(WriteSelection(file_, Selection::kRecent, std::vector<unsigned>{}));
+  EXPECT_TRUE(ReadScanSelection(file_).empty()) << "an empty saved selection stays empty";
+
+  ASSERT_TRUE(file_.WriteInt(L"RecentItem", L"RecentItems", -5));
+  EXPECT_TRUE(ReadScanSelection(file_).empty()) << "only -1 means nothing saved";
+}
+
+TEST_F(SettingsFile, ADamagedHugeCountIsReadOnlyAsFarAsAListCanGo) {
+  ASSERT_TRUE(file_.WriteInt(L"OneClickItem", L"OneClickItems", 2000000000));
+  ASSERT_TRUE(file_.WriteInt(L"OneClickItem", L"item0", 183));
+  const std::vector<unsigned> ids = ReadSelection(file_, Selection::kOneClick);
+  EXPECT_EQ(ids.size(), 1024u);
+  EXPECT_EQ(ids.front(), 183u);
+}
+
+TEST_F(SettingsFile, NumbersRoundTripInDecimalWithSign) {
+  ASSERT_TRUE(file_.WriteInt(L"Scan Schduler", L"hour", 20));
+  ASSERT_TRUE(file_.WriteInt(L"Scan Schduler", L"minute", -7));
+  EXPECT_EQ(file_.ReadInt(L"Scan Schduler", L"hour"), 20) << "out-of-range values are kept as they are";
+  EXPECT_EQ(file_.ReadInt(L"Scan Schduler", L"minute"), -7);
+  EXPECT_EQ(file_.ReadInt(L"scan schduler", L"HOUR"), 20) << "names are not case-sensitive";
+  const std::vector<std::string> lines = MeaningfulLines(path_);
+  EXPECT_EQ(lines, (std::vector<std::string>{"[Scan Schduler]", "hour=20", "minute=-7"}));
+}
+
+TEST_F(SettingsFile, StringsAreReadWholeHoweverLong) {
+  const std::wstring longText(5000, L'p');
+  ASSERT_TRUE(file_.WriteString(L"Profile0", L"Path", longText));
+  ASSERT_TRUE(file_.WriteString(L"Profile0", L"Name", L"default"));
+  std::wstring text = L"stale";
+  EXPECT_TRUE(file_.ReadString(L"Profile0", L"Path", text));
+  EXPECT_EQ(text, longText);
+  EXPECT_TRUE(file_.ReadString(L"Profile0", L"Name", text));
+  EXPECT_EQ(text, L"default");
+  EXPECT_FALSE(file_.ReadString(L"Profile0", L"Missing", text));
+  EXPECT_TRUE(text.empty());
+}
+
+TEST_F(SettingsFile, APathTooLongForTheFileIsNeverUsedShortened) {
+  const std::wstring tooLong = folder_.Path() + std::wstring(CIniFileRW::kMaxPath, L'a') + L".ini";
+  const CIniFileRW file = CIniFileRW::AtPath(tooLong);
+  EXPECT_FALSE(file.HasUsablePath());
+  EXPECT_FALSE(file.WriteInt(L"Exit setting", L"exit", 0));
+  EXPECT_EQ(file.ReadInt(L"Exit setting", L"exit"), 1);
+  EXPECT_FALSE(WriteDefaultSettings(file));
+  WIN32_FIND_DATAW entry;
+  HANDLE search = FindFirstFileW((folder_.Path() + L"*.ini").c_str(), &entry);
+  EXPECT_EQ(search, INVALID_HANDLE_VALUE) << "a file was written under a shortened name";
+  if (search != INVALID_HANDLE_VALUE) {
+    FindClose(search);
+  }
+}
+
+TEST(SettingsFileLocation, IsTheExecutablesOwnFolder) {
+  const CIniFileRW file(kSettingsFileName);
+  EXPECT_EQ(file.Path(), ModuleFolder() + L"setting.ini");
+  EXPECT_TRUE(file.HasUsablePath());
+}
+
+}  // namespace
+}  // namespace lumenor

@@ -1,0 +1,146 @@
+#include "tests/support/ChildProcess.h"
+
+#include "base/ModulePath.h"
+
+#include <thread>
+#include <vector>
+
+namespace lumenor::testing {
+
+namespace {
+
+std::wstring CommandLineFor(const std::wstring& program, std::wstring_view arguments) {
+  std::wstring line = L"\"" + program + L"\"";
+  if (!arguments.empty()) {
+    line += L' ';
+    line += arguments;
+  }
+  return line;
+}
+
+void DrainPipe(HANDLE pipe, std::string& into) {
+  char chunk[4096];
+  DWORD read = 0;
+  while (ReadFile(pipe, chunk, sizeof chunk, &read, nullptr) && read > 0) {
+    into.append(chunk, read);
+  }
+}
+
+struct WindowSearch {
+  DWORD processId;
+  std::vector<HWND> windows;
+};
+
+BOOL CALLBACK CollectWindowOfProcess(HWND window, LPARAM context) {
+  auto* search = reinterpret_cast<WindowSearch*>(context);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  if (owner == search->processId) {
+    search->windows.push_back(window);
+  }
+  return TRUE;
+}
+
+std::vector<HWND> TopLevelWindowsOf(DWORD processId) {
+  WindowSearch search{processId, {}};
+  EnumWindows(CollectWindowOfProcess, reinterpret_cast<LPARAM>(&search));
+  return search.windows;
+}
+
+}  // namespace
+
+std::wstring ProgramBesideTest(std::wstring_view name) { return ModuleFolder() + std::wstring(name); }
+
+ProgramResult RunProgram(const std::wstring& program, std::wstring_view arguments, DWORD timeoutMs) {
+  ProgramResult result;
+  SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+  HANDLE outRead = nullptr, outWrite = nullptr, errRead = nullptr, errWrite = nullptr;
+  if (!CreatePipe(&outRead, &outWrite, &inheritable, 0) || !CreatePipe(&errRead, &errWrite, &inheritable, 0)) {
+    return result;
+  }
+  SetHandleInformation(outRead, HANDLE_FLAG_INHERIT, 0);
+  SetHandleInformation(errRead, HANDLE_FLAG_INHERIT, 0);
+
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  startup.hStdOutput = outWrite;
+  startup.hStdError = errWrite;
+  PROCESS_INFORMATION process{};
+  std::wstring commandLine = CommandLineFor(program, arguments);
+  const bool started = CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                                      nullptr, &startup, &process) != FALSE;
+  CloseHandle(outWrite);
+  CloseHandle(errWrite);
+  if (started) {
+    std::thread outReader(DrainPipe, outRead, std::ref(result.out));
+    std::thread errReader(DrainPipe, errRead, std::ref(result.err));
+    result.finished = WaitForSingleObject(process.hProcess, timeoutMs) == WAIT_OBJECT_0;
+    if (!result.finished) {
+      TerminateProcess(process.hProcess, 1);
+      WaitForSingleObject(process.hProcess, INFINITE);
+    }
+    outReader.join();
+    errReader.join();
+    GetExitCodeProcess(process.hProcess, &result.exitCode);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+  }
+  CloseHandle(outRead);
+  CloseHandle(errRead);
+  return result;
+}
+
+RunningProgram::RunningProgram(const std::wstring& program, std::wstring_view arguments) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  std::wstring commandLine = CommandLineFor(program, arguments);
+  if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                      &process_)) {
+    process_ = {};
+  }
+}
+
+RunningProgram::~RunningProgram() {
+  if (!Started()) {
+    return;
+  }
+  if (!WaitForExit(0)) {
+    TerminateProcess(process_.hProcess, 1);
+    WaitForSingleObject(process_.hProcess, 10000);
+  }
+  CloseHandle(process_.hThread);
+  CloseHandle(process_.hProcess);
+}
+
+bool RunningProgram::WaitForExit(DWORD timeoutMs) {
+  return Started() && WaitForSingleObject(process_.hProcess, timeoutMs) == WAIT_OBJECT_0;
+}
+
+DWORD RunningProgram::ExitCode() const {
+  DWORD code = STILL_ACTIVE;
+  if (Started()) {
+    GetExitCodeProcess(process_.hProcess, &code);
+  }
+  return code;
+}
+
+bool RunningProgram::CloseWindows() const {
+  const std::vector<HWND> windows = TopLevelWindowsOf(process_.dwProcessId);
+  for (HWND window : windows) {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+  }
+  return !windows.empty();
+}
+
+bool RunningProgram::HasVisibleWindow() const {
+  for (HWND window : TopLevelWindowsOf(process_.dwProcessId)) {
+    if (IsWindowVisible(window)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace lumenor::testing

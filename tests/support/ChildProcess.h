@@ -1,0 +1,47 @@
+// Starting the program's executables from a test: they sit beside the test executable.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace lumenor::testing {
+
+// Full path of `name` in the test executable's folder.
+std::wstring ProgramBesideTest(std::wstring_view name);
+
+struct ProgramResult {
+  bool finished = false;  // false: it could not be started, or did not end in time
+  DWORD exitCode = 0;
+  std::string out;
+  std::string err;
+};
+
+// Runs `program` with `arguments` to its end, collecting its standard output and error.
+ProgramResult RunProgram(const std::wstring& program, std::wstring_view arguments, DWORD timeoutMs = 60000);
+
+// A program left running while the test does other things; ended at destruction if it
+// is still running.
+class RunningProgram {
+ public:
+  RunningProgram(const std::wstring& program, std::wstring_view arguments);
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+  ~RunningProgram();
+
+  bool Started() const { return process_.hProcess != nullptr; }
+  DWORD ProcessId() const { return process_.dwProcessId; }
+  // True once the program has ended, waiting at most `timeoutMs`.
+  bool WaitForExit(DWORD timeoutMs);
+  DWORD ExitCode() const;
+  // Posts WM_CLOSE to the program's top-level windows; false if it has none.
+  bool CloseWindows() const;
+  // Whether the program has a visible top-level window.
+  bool HasVisibleWindow() const;
+
+ private:
+  PROCESS_INFORMATION process_{};
+};
+
+}  // namespace lumenor::testing

@@ -1,0 +1,22 @@
+// Expected outputs embedded in the test executables, so they are at hand inside Wine.
+#pragma once
+
+// Every catalogue node in catalogue order: id, level, image, name, separated by tabs.
+#define IDR_EXPECTED_CATALOGUE 9001
+
+#ifndef RC_INVOKED
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumenor::testing {
+
+std::string LoadTestData(int resourceId);
+
+// The lines of a text, without their line ends ("\n" or "\r\n").
+std::vector<std::string> SplitLines(std::string_view text);
+// The fields of a tab-separated line.
+std::vector<std::string> SplitTabs(std::string_view line);
+
+}  // namespace lumenor::testing
+#endif

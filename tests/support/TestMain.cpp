@@ -1,0 +1,7 @@
+// Entry point shared by every test executable (the programs are built with wide mains).
+#include <gtest/gtest.h>
+
+int wmain(int argc, wchar_t** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,106 @@
+#!/usr/bin/env bash
+# Runs a program of the build under Wine inside a Wine prefix of the build's own, never
+# ~/.wine. The prefix has no drive for the Linux root ("z:" is removed before anything
+# runs), so a program can reach only the prefix's C: drive and the scratch drives mapped
+# below. Programs are copied to C:\lumenor\ and run from there, so each finds its
+# "setting.ini" and its companions inside the prefix.
+#
+#   run-in-prefix.sh PREFIX --prepare            create (once) and check the prefix
+#   run-in-prefix.sh PREFIX PROGRAM.exe [ARG...] prepare, then run PROGRAM with ARGs
+#
+# Scratch drives: D: is a CD-ROM and E: a fixed disk, each a folder under
+# PREFIX/scratch-drives/, for tests that need more drives than C:.
+set -euo pipefail
+
+if [ $# -lt 2 ]; then
+  echo "usage: $0 PREFIX --prepare | PREFIX PROGRAM.exe [ARG...]" >&2
+  exit 2
+fi
+
+prefix=$(realpath -m "$1")
+shift
+export WINEPREFIX="$prefix"
+export WINEARCH=win64
+export WINEDEBUG="${WINEDEBUG:--all}"
+# No Mono or Gecko installers, no desktop menu entries.
+export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml,winemenubuilder.exe=}"
+
+readonly ready_mark="$prefix/.lumenor-ready"
+readonly scratch_drives=("d:cdrom" "e:hd")
+
+create_prefix() {
+  echo "run-in-prefix: creating Wine prefix $prefix (once; this takes a while)" >&2
+  rm -rf "$prefix"
+  mkdir -p "$prefix"
+  wineboot --init >/dev/null 2>&1 || true
+  wineserver --wait
+  [ -d "$prefix/drive_c/windows" ] || { echo "run-in-prefix: wineboot did not create $prefix" >&2; exit 1; }
+  seal_prefix
+  # Keep Wine from re-running its set-up (which could map the Linux root again).
+  printf 'disable' > "$prefix/.update-timestamp"
+
+  local entry letter type
+  for entry in "${scratch_drives[@]}"; do
+    letter=${entry%%:*}
+    type=${entry#*:}
+    mkdir -p "$prefix/scratch-drives/$letter"
+    ln -sfn "../scratch-drives/$letter" "$prefix/dosdevices/$letter:"
+    wine reg add 'HKLM\Software\Wine\Drives' /v "$letter:" /d "$type" /f >/dev/null 2>&1
+  done
+  wineserver --kill >/dev/null 2>&1 || true
+  wineserver --wait || true
+  touch "$ready_mark"
+}
+
+# Removes every drive that leads out of the prefix to the Linux root, and refuses to go
+# on if one is left.
+seal_prefix() {
+  local link target
+  for link in "$prefix"/dosdevices/*; do
+    [ -L "$link" ] || continue
+    target=$(realpath -m "$link")
+    if [ "$target" = "/" ]; then
+      rm -f "$link"
+    fi
+  done
+  if [ -e "$prefix/dosdevices/z:" ] || [ -L "$prefix/dosdevices/z:" ]; then
+    echo "run-in-prefix: could not remove $prefix/dosdevices/z:" >&2
+    exit 1
+  fi
+}
+
+prepare() {
+  mkdir -p "$(dirname "$prefix")"
+  exec 9>"$prefix.lock"
+  flock 9
+  [ -f "$ready_mark" ] || create_prefix
+  seal_prefix
+  exec 9>&-
+}
+
+# Copies the program and the other executables beside it into C:\lumenor\. A changed
+# file is replaced by rename, so a copy that is still running keeps its own image.
+install_programs() {
+  local source_dir=$1 target_dir=$2 file name
+  mkdir -p "$target_dir"
+  for file in "$source_dir"/*.exe; do
+    name=$(basename "$file")
+    if ! cmp -s "$file" "$target_dir/$name"; then
+      cp "$file" "$target_dir/.$name.$$"
+      mv -f "$target_dir/.$name.$$" "$target_dir/$name"
+    fi
+  done
+}
+
+if [ "$1" = "--prepare" ]; then
+  prepare
+  exit 0
+fi
+
+program=$(realpath "$1")
+shift
+prepare
+install_dir="$prefix/drive_c/lumenor"
+install_programs "$(dirname "$program")" "$install_dir"
+cd "$install_dir"
+exec wine "C:\\lumenor\\$(basename "$program")" "$@"
