@@ -1,5 +1,7 @@
 #include "app/Settings.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 namespace lumenor {
@@ -24,6 +26,13 @@ constexpr wchar_t kWhen[] = L"when";
 constexpr int kMaxSelectionEntries = 1024;
 
 constexpr int kNoRecentSelection = -1;
+
+constexpr unsigned kOneClickDefaults[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 132};
+// The default scan list declares 12 entries but holds 10 keys: "item9" is written three
+// times and ends as 141, and the last two entries read as the missing-key value 1.
+// Files in the field look like this, so it stays.
+constexpr unsigned kDefaultScanWrites[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 135, 139, 141};
+constexpr int kLastDefaultScanKey = 9;
 
 struct ListKeys {
   const wchar_t* section;
@@ -107,25 +116,31 @@ bool WriteSelection(const CIniFileRW& file, Selection which, std::span<const uns
   return written;
 }
 
+std::vector<unsigned> BuiltInSelection(Selection which) {
+  if (which == Selection::kOneClick) {
+    return {std::begin(kOneClickDefaults), std::end(kOneClickDefaults)};
+  }
+  std::vector<unsigned> ids(std::begin(kDefaultScanWrites), std::begin(kDefaultScanWrites) + kLastDefaultScanKey);
+  ids.push_back(kDefaultScanWrites[std::size(kDefaultScanWrites) - 1]);
+  ids.resize(std::size(kDefaultScanWrites), 1);
+  return ids;
+}
+
 bool WriteDefaultSettings(const CIniFileRW& file) {
   // Keys are written in the order a fresh file lists them.
   bool written = WriteOptionValues(file, OptionValues{});
 
-  constexpr unsigned kOneClick[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 132};
   const ListKeys oneClick = KeysOf(Selection::kOneClick);
-  written &= file.WriteInt(oneClick.section, oneClick.countKey, static_cast<int>(std::size(kOneClick)));
-  for (int i = 0; i < static_cast<int>(std::size(kOneClick)); ++i) {
-    written &= file.WriteInt(oneClick.section, EntryKey(i), static_cast<int>(kOneClick[i]));
+  written &= file.WriteInt(oneClick.section, oneClick.countKey, static_cast<int>(std::size(kOneClickDefaults)));
+  for (int i = 0; i < static_cast<int>(std::size(kOneClickDefaults)); ++i) {
+    written &= file.WriteInt(oneClick.section, EntryKey(i), static_cast<int>(kOneClickDefaults[i]));
   }
 
-  // The default scan list declares 12 entries but holds 10 keys: "item9" is written three
-  // times and ends as 141, and the last two entries read as the missing-key value 1.
-  // Files in the field look like this, so it stays.
-  constexpr unsigned kDefaultScan[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 135, 139, 141};
   const ListKeys defaults = KeysOf(Selection::kDefault);
-  written &= file.WriteInt(defaults.section, defaults.countKey, static_cast<int>(std::size(kDefaultScan)));
-  for (int i = 0; i < static_cast<int>(std::size(kDefaultScan)); ++i) {
-    written &= file.WriteInt(defaults.section, EntryKey(i < 9 ? i : 9), static_cast<int>(kDefaultScan[i]));
+  written &= file.WriteInt(defaults.section, defaults.countKey, static_cast<int>(std::size(kDefaultScanWrites)));
+  for (int i = 0; i < static_cast<int>(std::size(kDefaultScanWrites)); ++i) {
+    written &= file.WriteInt(defaults.section, EntryKey(std::min(i, kLastDefaultScanKey)),
+                             static_cast<int>(kDefaultScanWrites[i]));
   }
 
   const ListKeys recent = KeysOf(Selection::kRecent);

@@ -40,6 +40,10 @@ std::vector<unsigned> ReadScanSelection(const CIniFileRW& file);
 // Writes the entries, then the count. Keys of a longer, older list stay behind unread.
 bool WriteSelection(const CIniFileRW& file, Selection which, std::span<const unsigned> ids);
 
+// A list as a freshly written default file holds it (the recent list reading as the
+// default scan list).
+std::vector<unsigned> BuiltInSelection(Selection which);
+
 // Writes the complete built-in default file; false if any key could not be written.
 bool WriteDefaultSettings(const CIniFileRW& file);
 

@@ -46,3 +46,29 @@ bool ConsoleOutput::Write(std::wstring_view text) const {
 }
 
 }  // namespace lumenor
+
+namespace lumenor {
+
+namespace {
+
+constexpr size_t kFlushAt = 32768;
+
+}  // namespace
+
+void BufferedOutput::Line(std::wstring_view text) {
+  pending_ += text;
+  pending_ += L'\n';
+  if (pending_.size() >= kFlushAt) {
+    (void)Flush();  // a failure is remembered for the final flush
+  }
+}
+
+bool BufferedOutput::Flush() {
+  if (!pending_.empty()) {
+    failed_ |= !out_.Write(pending_);
+    pending_.clear();
+  }
+  return !failed_;
+}
+
+}  // namespace lumenor

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <string_view>
 
 namespace lumenor {
@@ -23,6 +24,27 @@ class ConsoleOutput {
 
   HANDLE handle_;
   bool isConsole_;
+};
+
+}  // namespace lumenor
+
+namespace lumenor {
+
+// Collects lines and writes them in large pieces; a failed write is remembered.
+class BufferedOutput {
+ public:
+  explicit BufferedOutput(const ConsoleOutput& out) : out_(out) {}
+  BufferedOutput(const BufferedOutput&) = delete;
+  BufferedOutput& operator=(const BufferedOutput&) = delete;
+  ~BufferedOutput() { (void)Flush(); }  // callers that care flush themselves
+
+  void Line(std::wstring_view text);
+  bool Flush();
+
+ private:
+  const ConsoleOutput& out_;
+  std::wstring pending_;
+  bool failed_ = false;
 };
 
 }  // namespace lumenor

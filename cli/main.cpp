@@ -1,25 +1,35 @@
 // Entry point of lumenor-cli.exe, the console companion of lumenor.exe. It works on the
-// same catalogue and reads the "setting.ini" beside its own executable.
+// same catalogue and reads the "setting.ini" beside its own executable (never writes it).
 #include "catalogue/Catalogue.h"
+#include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
 #include "cli/ListCommand.h"
+#include "cli/TraceCommand.h"
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
 constexpr int kUsageError = 2;
 
 constexpr wchar_t kUsage[] =
-    L"usage: lumenor-cli <command>\n"
+    L"usage: lumenor-cli <command> [options]\n"
     L"commands:\n"
-    L"  list    print the privacy catalogue: id, level (0 category, 1 application, 2 item)\n"
-    L"          and name of every node, separated by tabs, in catalogue order\n";
+    L"  list                          print the privacy catalogue: id, level (0 category,\n"
+    L"                                1 application, 2 item) and name of every node\n"
+    L"  scan [SELECTION] [--json]     print every trace the selected items find\n"
+    L"  erase [SELECTION] [--json]    scan, then erase every item that found traces\n"
+    L"SELECTION (default --recent):\n"
+    L"  --items ID,ID,...   these items          --default    the default scan list\n"
+    L"  --recent            the last scan's list (the default list if none was saved)\n"
+    L"  --one-click         the one-click list   --all        every item\n"
+    L"Exit status: 0 done, 1 a deletion failed, 2 usage error.\n";
 
 int UsageError(std::wstring_view problem) {
   const lumenor::ConsoleOutput err = lumenor::ConsoleOutput::StandardError();
-  (void)err.WriteLine(std::wstring(L"lumenor-cli: ") + std::wstring(problem));
+  (void)err.WriteLine(L"lumenor-cli: " + std::wstring(problem));  // nothing more to do if stderr is gone
   (void)err.Write(kUsage);
   return kUsageError;
 }
@@ -30,16 +40,28 @@ int wmain(int argc, wchar_t** argv) {
   if (argc < 2) {
     return UsageError(L"no command given");
   }
-  const std::wstring_view command = argv[1];
+  const std::wstring command = argv[1];
+  const std::vector<std::wstring> arguments(argv + 2, argv + argc);
+  const lumenor::ConsoleOutput out = lumenor::ConsoleOutput::StandardOutput();
   if (command == L"--help" || command == L"-h" || command == L"help") {
-    return lumenor::ConsoleOutput::StandardOutput().Write(kUsage) ? 0 : 1;
+    return out.Write(kUsage) ? 0 : 1;
   }
   if (command == L"list") {
-    if (argc > 2) {
-      return UsageError(std::wstring(L"unexpected argument: ") + argv[2]);
+    if (!arguments.empty()) {
+      return UsageError(L"unexpected argument: " + arguments.front());
     }
     lumenor::CCatalogue catalogue = lumenor::CCatalogue::Build();
-    return lumenor::RunListCommand(catalogue.Root(), lumenor::ConsoleOutput::StandardOutput());
+    return lumenor::RunListCommand(catalogue.Root(), out);
   }
-  return UsageError(std::wstring(L"unknown command: ") + std::wstring(command));
+  if (command == L"scan" || command == L"erase") {
+    std::wstring problem;
+    const auto options = lumenor::ParseTraceCommandOptions(arguments, problem);
+    if (!options) {
+      return UsageError(problem);
+    }
+    lumenor::CCatalogue catalogue = lumenor::CCatalogue::Build();
+    return lumenor::RunTraceCommand(command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase,
+                                    *options, catalogue.Root(), out, lumenor::ConsoleOutput::StandardError());
+  }
+  return UsageError(L"unknown command: " + command);
 }

@@ -1,0 +1,18 @@
+// "lumenor-cli scan" and "lumenor-cli erase": the selected items scanned in catalogue
+// order, every trace printed, and for erase every item with traces erased after the scan.
+#pragma once
+
+#include "cli/CliOptions.h"
+#include "cli/ConsoleOutput.h"
+
+namespace lumenor {
+
+class CMyObject;
+
+enum class TraceCommand { kScan, kErase };
+
+// The exit status: 0, or 1 when a deletion failed or the output could not be written.
+int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CMyObject* catalogueRoot,
+                    const ConsoleOutput& out, const ConsoleOutput& err);
+
+}  // namespace lumenor

@@ -1,0 +1,180 @@
+#include "engine/FileTraces.h"
+
+#include "catalogue/LocationRecord.h"
+#include "engine/FilePath.h"
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace lumenor {
+
+namespace {
+
+// One folder being walked: its open search and the entry it stands on.
+struct OpenFolder {
+  HANDLE search = INVALID_HANDLE_VALUE;
+  std::wstring folder;
+  WIN32_FIND_DATAW entry{};
+};
+
+class FolderStack {
+ public:
+  FolderStack() = default;
+  FolderStack(const FolderStack&) = delete;
+  FolderStack& operator=(const FolderStack&) = delete;
+  ~FolderStack() {
+    while (!folders_.empty()) {
+      Pop();
+    }
+  }
+
+  // Starts a search of `folder` for `pattern`; false (nothing pushed) if it finds nothing.
+  bool Push(std::wstring folder, std::wstring_view pattern) {
+    OpenFolder opened;
+    const std::wstring query = ForFileApi(folder + std::wstring(pattern));
+    opened.search = FindFirstFileExW(query.c_str(), FindExInfoBasic, &opened.entry, FindExSearchNameMatch, nullptr,
+                                     FIND_FIRST_EX_LARGE_FETCH);
+    if (opened.search == INVALID_HANDLE_VALUE) {
+      return false;
+    }
+    opened.folder = std::move(folder);
+    folders_.push_back(std::move(opened));
+    return true;
+  }
+
+  // Moves the top search to its next entry; false when it has none left.
+  bool Advance() { return FindNextFileW(folders_.back().search, &folders_.back().entry) != FALSE; }
+
+  std::wstring Pop() {
+    (void)FindClose(folders_.back().search);  // closing our own search handle cannot usefully fail
+    std::wstring folder = std::move(folders_.back().folder);
+    folders_.pop_back();
+    return folder;
+  }
+
+  bool Empty() const { return folders_.empty(); }
+  OpenFolder& Top() { return folders_.back(); }
+
+ private:
+  std::vector<OpenFolder> folders_;
+};
+
+bool IsDotEntry(const wchar_t* name) {
+  return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
+}
+
+bool IsFolder(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+
+bool LooksForOneName(std::wstring_view selector) {
+  return selector == L"setupapi.log" || selector == L"DirectX.log" || selector == L"pagefile.sys";
+}
+
+bool HasWildcard(std::wstring_view pattern) { return pattern.find_first_of(L"*?") != std::wstring_view::npos; }
+
+std::wstring FolderPath(std::wstring_view folder) {
+  std::wstring path(folder);
+  if (path.back() != L'\\') {
+    path += L'\\';
+  }
+  return path;
+}
+
+}  // namespace
+
+bool ScanReportsFile(std::wstring_view fileName, std::wstring_view selector, int kind) {
+  switch (kind) {
+    case kMatchEveryFile:
+    case kMatchEveryFileToo:
+      return true;
+    case kMatchExtension: {
+      const size_t dot = fileName.find_last_of(L'.');
+      return dot != std::wstring_view::npos && fileName.substr(dot) == selector;
+    }
+    case kMatchExactName:
+      return fileName == selector;
+    default:
+      return false;
+  }
+}
+
+void ScanFileLocation(std::wstring_view folder, std::wstring_view selector, int kind, const StopToken& stop,
+                      const FileTraceFound& found) {
+  if (!IsAbsoluteFolder(folder)) {
+    return;
+  }
+  const std::wstring_view pattern = LooksForOneName(selector) ? selector : std::wstring_view(L"*.*");
+  FolderStack walk;
+  if (!walk.Push(FolderPath(folder), pattern)) {
+    return;
+  }
+  while (!walk.Empty()) {
+    OpenFolder& current = walk.Top();
+    const WIN32_FIND_DATAW& entry = current.entry;
+    if (!IsDotEntry(entry.cFileName)) {
+      if (!IsFolder(entry.dwFileAttributes)) {
+        if (ScanReportsFile(entry.cFileName, selector, kind)) {
+          found(current.folder, entry.cFileName);
+        }
+      } else if (!IsReparsePoint(entry.dwFileAttributes)) {
+        if (walk.Push(current.folder + entry.cFileName + L"\\", pattern)) {
+          continue;  // the sub-folder's first entry is next; this folder goes on after it
+        }
+      }
+    }
+    for (;;) {
+      if (stop.StopRequested()) {
+        return;
+      }
+      if (walk.Advance()) {
+        break;
+      }
+      walk.Pop();
+      if (walk.Empty()) {
+        return;
+      }
+    }
+  }
+}
+
+void EraseFileLocation(std::wstring_view folder, std::wstring_view selector, EraseTally& tally) {
+  if (!IsAbsoluteFolder(folder) || (IsDriveRoot(folder) && HasWildcard(selector))) {
+    return;
+  }
+  const std::wstring top = FolderPath(folder);
+  FolderStack walk;
+  if (!walk.Push(top, selector)) {
+    (void)RemoveDirectoryW(ForFileApi(top).c_str());  // goes only if it is already empty
+    return;
+  }
+  while (!walk.Empty()) {
+    OpenFolder& current = walk.Top();
+    const WIN32_FIND_DATAW& entry = current.entry;
+    if (!IsDotEntry(entry.cFileName)) {
+      const std::wstring path = current.folder + entry.cFileName;
+      if (IsFolder(entry.dwFileAttributes) && IsReparsePoint(entry.dwFileAttributes)) {
+        // The link alone may go; its target is never touched. Some systems refuse even that.
+        (void)RemoveDirectoryW(ForFileApi(path).c_str());
+      } else if (IsFolder(entry.dwFileAttributes)) {
+        const std::wstring subFolder = path + L"\\";
+        if (walk.Push(subFolder, selector)) {
+          continue;
+        }
+        (void)RemoveDirectoryW(ForFileApi(subFolder).c_str());  // goes only if empty
+      } else if (DeleteFileW(ForFileApi(path).c_str())) {
+        tally.Erased(1);
+      } else {
+        // Locked or read-only: leave it to the next restart.
+        (void)MoveFileExW(ForFileApi(path).c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
+        tally.EraseFailed(path);
+      }
+    }
+    while (!walk.Empty() && !walk.Advance()) {
+      const std::wstring emptied = walk.Pop();
+      (void)RemoveDirectoryW(ForFileApi(emptied).c_str());  // fails while anything is left in it
+    }
+  }
+}
+
+}  // namespace lumenor

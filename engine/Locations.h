@@ -1,0 +1,27 @@
+// Which registry keys, values, folders and files each privacy item covers.
+#pragma once
+
+#include "catalogue/CMyObject.h"
+#include "engine/SystemPaths.h"
+
+#include <string>
+#include <string_view>
+
+namespace lumenor {
+
+// The paging file named by the "PagingFiles" setting, such as
+// "C:\pagefile.sys 1536 3072": its folder (up to the last backslash before the first
+// blank) and its name (the rest up to that blank). Empty parts when there is none.
+struct PagingFile {
+  std::wstring folder;
+  std::wstring name;
+};
+PagingFile ParsePagingFile(std::wstring_view value);
+
+// Rebuilds the item's location list from its id, in a fixed order. When a folder the
+// item needs cannot be found (a shell folder, a variable, a registry value, a profile),
+// the list ends there: what was added stays. A record whose path does not fit is left
+// out, never shortened. Ids without locations leave the list empty.
+void FillLocations(CMyObject& item, const SystemPaths& paths = MachinePaths());
+
+}  // namespace lumenor

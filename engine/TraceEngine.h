@@ -1,0 +1,29 @@
+// Scanning and erasing whole items: each location of an item handed to the registry or
+// file primitives, every trace found reported as a row and counted on the item, its
+// application and its category.
+#pragma once
+
+#include "catalogue/CMyObject.h"
+#include "engine/StopToken.h"
+#include "engine/TraceSink.h"
+
+#include <string>
+
+namespace lumenor {
+
+// Scans every location of the item (filled beforehand), in order.
+void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop);
+
+// Erases every location of the item, in order. Before each file location of
+// "History (Visited sites)" the browser's own history store is cleared too.
+void EraseItem(CMyObject& item, EraseTally& tally);
+
+// Deletes the trace of one row of the results list. A file row goes only if the file
+// could be deleted; a registry row always goes, after its value is deleted from the
+// current user's branch whatever root the row names. True when the row should go.
+bool RemoveListedTrace(const std::wstring& name, const std::wstring& location, bool isRegistry);
+
+// Sets the found count of every node from `root` on back to 0.
+void ResetFoundCounts(CMyObject* root);
+
+}  // namespace lumenor

@@ -1,0 +1,36 @@
+// What the trace engine reports, and to whom. The scan page, the command-line tool and
+// the tests implement these; the engine knows nothing of windows.
+#pragma once
+
+#include <string>
+
+namespace lumenor {
+
+class CMyObject;
+
+// One trace found by a scan: a row of the results list.
+struct FoundTrace {
+  const CMyObject* item = nullptr;
+  std::wstring name;      // value name or file name
+  std::wstring location;  // root prefix and key path, or folder path ending with "\"
+  bool isRegistry = false;
+};
+
+class TraceSink {
+ public:
+  virtual ~TraceSink() = default;
+  virtual void ItemStarted(const CMyObject& item) { (void)item; }
+  virtual void ItemFinished(const CMyObject& item) { (void)item; }
+  virtual void TraceFound(const FoundTrace& trace) = 0;
+};
+
+// Deletions during an erase. A whole registry key reports the number of values it held
+// (an empty key counts as one); a value or a file reports one.
+class EraseTally {
+ public:
+  virtual ~EraseTally() = default;
+  virtual void Erased(int count) = 0;
+  virtual void EraseFailed(const std::wstring& what) = 0;
+};
+
+}  // namespace lumenor
