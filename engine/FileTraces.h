@@ -1,6 +1,7 @@
 // Scanning and erasing one file location: a folder walked with everything below it.
 #pragma once
 
+#include "catalogue/LocationRecord.h"
 #include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 

@@ -31,6 +31,16 @@ NextSubKey ReadSubKeyName(HKEY key, DWORD index, std::vector<wchar_t>& name) {
   return result == ERROR_MORE_DATA ? NextSubKey::kSkip : NextSubKey::kNone;
 }
 
+// Deletes a registry link itself. The usual calls would open, and act on, its target; the
+// native call works on the handle of the link.
+bool DeleteLinkKey(HKEY parent, const wchar_t* name) {
+  using NtDeleteKeyFunction = LONG(WINAPI*)(HANDLE);
+  static const auto ntDeleteKey = reinterpret_cast<NtDeleteKeyFunction>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtDeleteKey")));
+  const UniqueKey link = OpenKey(parent, name, DELETE | KEY_QUERY_VALUE);
+  return ntDeleteKey != nullptr && link && IsLinkKey(link.Get()) && ntDeleteKey(link.Get()) == 0;
+}
+
 // Opens a sub-key of an open key, refusing a registry link.
 UniqueKey OpenSubKey(HKEY parent, const wchar_t* name, REGSAM access) {
   UniqueKey child = OpenKey(parent, name, access);
@@ -151,7 +161,10 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     if (next == NextSubKey::kFound) {
       UniqueKey child = OpenSubKey(top.key.Get(), name.data(), KEY_ALL_ACCESS);
       if (!child) {
-        ++top.nextSubKey;
+        // A link goes by itself, its target untouched; anything else that cannot be opened stays.
+        if (!DeleteLinkKey(top.key.Get(), name.data())) {
+          ++top.nextSubKey;
+        }
         continue;
       }
       const DWORD childValues = CountValues(child.Get());

@@ -24,8 +24,8 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
                           const RegistryTraceFound& found);
 
 // Deletes the named value, or the whole key with everything below it. A whole key
-// reports the number of values deleted with it, and one when it held none. Registry
-// links below the key are left alone, and so is the key above them.
+// reports the number of values deleted with it, and one when it held none. A registry
+// link below the key is deleted as a link; what it points to is never touched.
 void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally);
 
 }  // namespace lumenor

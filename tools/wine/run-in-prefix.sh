@@ -10,6 +10,14 @@
 #
 # Scratch drives: D: is a CD-ROM and E: a fixed disk, each a folder under
 # PREFIX/scratch-drives/, for tests that need more drives than C:.
+#
+# With LUMENOR_LINK_FIXTURES=1, folder links are laid out afresh on E: before the program
+# runs, for tests that check that links are never followed (Windows code inside Wine
+# cannot make them):
+#   E:\link-fixtures\clean\top-link         -> E:\link-fixtures\targets\top\
+#   E:\link-fixtures\clean\sub\nested-link  -> E:\link-fixtures\targets\nested\
+#   E:\RECYCLER\bin-link                    -> E:\link-fixtures\targets\bin\
+# each target holding a file canary.txt.
 set -euo pipefail
 
 if [ $# -lt 2 ]; then
@@ -92,6 +100,21 @@ install_programs() {
   done
 }
 
+# Links point at absolute paths so they stay valid wherever Wine looks from. Removing
+# the old ones with rm never follows them.
+lay_out_link_fixtures() {
+  local drive="$prefix/scratch-drives/e" name
+  rm -rf "$drive/link-fixtures" "$drive/RECYCLER"
+  mkdir -p "$drive/link-fixtures/clean/sub" "$drive/RECYCLER"
+  for name in top nested bin; do
+    mkdir -p "$drive/link-fixtures/targets/$name"
+    echo "canary $name" > "$drive/link-fixtures/targets/$name/canary.txt"
+  done
+  ln -s "$drive/link-fixtures/targets/top" "$drive/link-fixtures/clean/top-link"
+  ln -s "$drive/link-fixtures/targets/nested" "$drive/link-fixtures/clean/sub/nested-link"
+  ln -s "$drive/link-fixtures/targets/bin" "$drive/RECYCLER/bin-link"
+}
+
 if [ "$1" = "--prepare" ]; then
   prepare
   exit 0
@@ -102,5 +125,8 @@ shift
 prepare
 install_dir="$prefix/drive_c/lumenor"
 install_programs "$(dirname "$program")" "$install_dir"
+if [ "${LUMENOR_LINK_FIXTURES:-0}" = 1 ]; then
+  lay_out_link_fixtures
+fi
 cd "$install_dir"
 exec wine "C:\\lumenor\\$(basename "$program")" "$@"

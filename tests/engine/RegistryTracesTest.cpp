@@ -1,0 +1,175 @@
+// Registry locations: what a scan reports and what an erase deletes and counts.
+#include "engine/Registry.h"
+#include "engine/RegistryTraces.h"
+#include "tests/support/TraceFixtures.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <utility>
+
+namespace lumenor {
+namespace {
+
+using testing::TestKey;
+using Found = std::pair<std::wstring, std::wstring>;  // key path, value name
+
+std::vector<Found> Scan(const TestKey& key, std::wstring_view selector, const StopToken& stop = StopToken()) {
+  std::vector<Found> found;
+  ScanRegistryLocation(key.Root(), key.Path(), selector, stop,
+                       [&](std::wstring_view path, std::wstring_view name) { found.emplace_back(path, name); });
+  return found;
+}
+
+TEST(RegistryScan, WholeKeyReportsValuesOfEveryLevelSubKeysBeforeTheirParent) {
+  TestKey key;
+  key.SetText(L"", L"a", L"1");
+  key.SetText(L"", L"b", L"2");
+  key.SetText(L"S", L"c", L"3");
+  key.SetText(L"S\\T", L"d", L"4");
+  key.CreateKey(L"S\\Empty");
+  EXPECT_EQ(Scan(key, L"*.*"),
+            (std::vector<Found>{{key / L"S\\T", L"d"}, {key / L"S", L"c"}, {key.Path(), L"a"}, {key.Path(), L"b"}}));
+}
+
+TEST(RegistryScan, NamedValueIsReportedOnlyWhenItExists) {
+  TestKey key;
+  key.SetText(L"", L"lastkey", L"HKEY_CURRENT_USER\\Software");
+  key.SetText(L"", L"other", L"x");
+  EXPECT_EQ(Scan(key, L"lastkey"), (std::vector<Found>{{key.Path(), L"lastkey"}}));
+  EXPECT_TRUE(Scan(key, L"missing").empty());
+  EXPECT_TRUE(Scan(key, L"LASTKEY").size() == 1) << "value names are not case-sensitive in the registry";
+}
+
+TEST(RegistryScan, MissingKeyOrKeysWithoutValuesReportNothing) {
+  TestKey key;
+  key.CreateKey(L"A\\B\\C");
+  EXPECT_TRUE(Scan(key, L"*.*").empty());
+  ScanRegistryLocation(HKEY_CURRENT_USER, key / L"Nowhere", L"*.*", StopToken(),
+                       [](std::wstring_view, std::wstring_view) { ADD_FAILURE() << "reported from a missing key"; });
+}
+
+TEST(RegistryScan, SeesTheThirtyTwoBitViewOfTheMachineBranch) {
+  TestKey key(HKEY_LOCAL_MACHINE);
+  key.SetText(L"", L"seen", L"1");
+  EXPECT_EQ(Scan(key, L"*.*").size(), 1u);
+#ifdef _WIN64
+  // The same path in the 64-bit view is another key.
+  HKEY native = nullptr;
+  EXPECT_NE(RegOpenKeyExW(HKEY_LOCAL_MACHINE, key.Path().c_str(), 0, KEY_READ | KEY_WOW64_64KEY, &native),
+            ERROR_SUCCESS);
+  if (native != nullptr) RegCloseKey(native);
+#endif
+}
+
+TEST(RegistryScan, StopsAfterTheEntryBeingHandled) {
+  TestKey key;
+  for (int i = 0; i < 20; ++i) key.SetText(L"S" + std::to_wstring(i), L"v", L"x");
+  for (int i = 0; i < 20; ++i) key.SetText(L"", L"v" + std::to_wstring(i), L"x");
+  std::atomic<HANDLE> stopEvent{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  int reported = 0;
+  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stopEvent), [&](std::wstring_view, std::wstring_view) {
+    if (++reported == 3) SetEvent(stopEvent.load());
+  });
+  EXPECT_EQ(reported, 3);
+  CloseHandle(stopEvent.load());
+
+  // An event that does not exist yet counts as not signalled.
+  std::atomic<HANDLE> notYetMade{nullptr};
+  EXPECT_EQ(Scan(key, L"*.*", StopToken(&notYetMade)).size(), 40u);
+}
+
+TEST(RegistryErase, WholeKeyGoesWithEverythingBelowAndCountsItsValues) {
+  TestKey key;
+  key.SetText(L"Clean", L"a", L"1");
+  key.SetText(L"Clean", L"b", L"2");
+  key.SetText(L"Clean\\S", L"c", L"3");
+  key.SetText(L"Clean\\S\\T", L"d", L"4");
+  key.CreateKey(L"Clean\\S\\Empty");
+  key.SetText(L"Neighbour", L"keep", L"1");
+  testing::RecordingTally tally;
+  EraseRegistryLocation(key.Root(), key / L"Clean", L"*.*", tally);
+  EXPECT_FALSE(key.KeyExists(L"Clean"));
+  EXPECT_TRUE(key.ValueExists(L"Neighbour", L"keep"));
+  EXPECT_EQ(tally.erased, 4);
+  EXPECT_TRUE(tally.failures.empty());
+}
+
+TEST(RegistryErase, KeyWithSubKeysButNoValuesCountsOneErasedTrace) {
+  TestKey key;
+  key.CreateKey(L"Clean\\A\\B");
+  key.CreateKey(L"Clean\\C");
+  testing::RecordingTally tally;
+  EraseRegistryLocation(key.Root(), key / L"Clean", L"*.*", tally);
+  EXPECT_FALSE(key.KeyExists(L"Clean"));
+  EXPECT_EQ(tally.erased, 1);
+}
+
+TEST(RegistryErase, NamedValueGoesAloneAndAMissingOneIsAFailure) {
+  TestKey key;
+  key.SetText(L"", L"Start Page", L"http://example.invalid/");
+  key.SetText(L"", L"Other", L"x");
+  testing::RecordingTally tally;
+  EraseRegistryLocation(key.Root(), key.Path(), L"Start Page", tally);
+  EXPECT_FALSE(key.ValueExists(L"", L"Start Page"));
+  EXPECT_TRUE(key.ValueExists(L"", L"Other"));
+  EXPECT_EQ(tally.reports, std::vector<int>{1});
+
+  EraseRegistryLocation(key.Root(), key.Path(), L"Start Page", tally);
+  EXPECT_EQ(tally.failures.size(), 1u);
+  EraseRegistryLocation(key.Root(), key / L"Nowhere", L"*.*", tally);
+  EraseRegistryLocation(key.Root(), key / L"Nowhere", L"value", tally);
+  EXPECT_EQ(tally.failures.size(), 1u) << "a missing key is no failure";
+}
+
+TEST(RegistryLinks, AreNeitherFollowedByAScanNorByAnErase) {
+  TestKey key;
+  key.SetText(L"Target", L"canary", L"keep me");
+  key.SetText(L"Clean", L"trace", L"x");
+  if (!key.CreateLink(L"Clean\\Link", L"Target")) {
+    GTEST_SKIP() << "registry links cannot be made here";
+  }
+  std::vector<Found> found;
+  ScanRegistryLocation(key.Root(), key / L"Clean", L"*.*", StopToken(),
+                       [&](std::wstring_view path, std::wstring_view name) { found.emplace_back(path, name); });
+  EXPECT_EQ(found, (std::vector<Found>{{key / L"Clean", L"trace"}})) << "scan went through the link";
+
+  testing::RecordingTally tally;
+  EraseRegistryLocation(key.Root(), key / L"Clean", L"*.*", tally);
+  EXPECT_TRUE(key.ValueExists(L"Target", L"canary"));
+  EXPECT_FALSE(key.KeyExists(L"Clean")) << "the link itself goes, and with it the key that held it";
+  EXPECT_EQ(tally.erased, 1) << "only the value beside the link is counted";
+}
+
+TEST(RegistryDepth, ChainsFourHundredKeysDeepAreScannedAndErasedWhole) {
+  TestKey key;
+  std::wstring path;
+  UniqueKey parent = OpenKey(key.Root(), key.Path(), KEY_ALL_ACCESS);
+  ASSERT_TRUE(parent);
+  // Built level by level so no path grows beyond what the registry accepts in one call.
+  for (int level = 0; level < 400; ++level) {
+    HKEY child = nullptr;
+    ASSERT_EQ(RegCreateKeyExW(parent.Get(), L"k", 0, nullptr, 0, KEY_ALL_ACCESS | kRegistryView, nullptr, &child,
+                              nullptr),
+              ERROR_SUCCESS)
+        << "level " << level;
+    parent = UniqueKey(child);
+  }
+  const wchar_t deepValue[] = L"deep";
+  ASSERT_EQ(RegSetValueExW(parent.Get(), L"v", 0, REG_SZ, reinterpret_cast<const BYTE*>(deepValue), sizeof deepValue),
+            ERROR_SUCCESS);
+  parent.Reset();
+
+  const std::vector<Found> found = Scan(key, L"*.*");
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(found[0].second, L"v");
+  EXPECT_EQ(found[0].first.size(), key.Path().size() + 400 * 2);
+
+  testing::RecordingTally tally;
+  EraseRegistryLocation(key.Root(), key / L"k", L"*.*", tally);
+  EXPECT_FALSE(key.KeyExists(L"k"));
+  EXPECT_EQ(tally.erased, 1);
+}
+
+}  // namespace
+}  // namespace lumenor
