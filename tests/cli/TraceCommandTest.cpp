@@ -1,0 +1,149 @@
+// lumenor-cli scan and erase end to end, on traces seeded into the test machine.
+#include "tests/support/ChildProcess.h"
+#include "tests/support/DemoTraces.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TestData.h"
+#include "tests/support/TraceFixtures.h"
+
+#include "base/TextEncoding.h"
+#include "catalogue/CMyObject.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace lumenor {
+namespace {
+
+using testing::ProgramResult;
+using testing::RunProgram;
+
+const std::wstring& CliProgram() {
+  static const std::wstring program = testing::ProgramBesideTest(L"lumenor-cli.exe");
+  return program;
+}
+
+std::string JsonEscaped(const std::wstring& text) {
+  std::string escaped;
+  for (const char c : ToUtf8(text)) {
+    if (c == '\\' || c == '"') escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
+}
+
+std::string TraceLine(const testing::SeededTrace& trace, const std::wstring& itemName) {
+  return "{\"type\":\"trace\",\"id\":" + std::to_string(trace.itemId) + ",\"item\":\"" + JsonEscaped(itemName) +
+         "\",\"name\":\"" + JsonEscaped(trace.name) + "\",\"location\":\"" + JsonEscaped(trace.location) +
+         "\",\"registry\":" + (trace.isRegistry ? "true" : "false") + "}";
+}
+
+// The test's traces go into a TEMP folder of its own, which the program inherits, so the
+// erase of temporary files cannot reach the test's other files.
+class SeededMachine : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    wchar_t previous[MAX_PATH] = {};
+    const DWORD length = GetEnvironmentVariableW(L"TEMP", previous, MAX_PATH);
+    previousTemp_.assign(previous, length < MAX_PATH ? length : 0);
+    std::wstring temp = temp_.Path();
+    temp.pop_back();
+    ASSERT_TRUE(SetEnvironmentVariableW(L"TEMP", temp.c_str()));
+    std::vector<std::wstring> failures;
+    seeded_ = testing::SeedDemoTraces(failures);
+    ASSERT_TRUE(failures.empty()) << ::testing::PrintToString(failures);
+  }
+  void TearDown() override { SetEnvironmentVariableW(L"TEMP", previousTemp_.c_str()); }
+
+  // Items of the seeded traces whose locations hold nothing else on the test machine.
+  static constexpr unsigned kItems[] = {104, 106, 113, 122, 125, 126, 141, 159, 160, 164, 165, 167, 168, 169, 210,
+                                        246, 370, 372};
+  static std::wstring ItemList() {
+    std::wstring list;
+    for (const unsigned id : kItems) list += (list.empty() ? L"" : L",") + std::to_wstring(id);
+    return list;
+  }
+  std::vector<testing::SeededTrace> SeededInItems() const {
+    const std::set<unsigned> items(std::begin(kItems), std::end(kItems));
+    std::vector<testing::SeededTrace> traces;
+    for (const auto& trace : seeded_) {
+      if (items.count(trace.itemId)) traces.push_back(trace);
+    }
+    return traces;
+  }
+
+  testing::TempFolder temp_;
+  std::wstring previousTemp_;
+  std::vector<testing::SeededTrace> seeded_;
+};
+
+TEST_F(SeededMachine, ScanListsEverySeededTraceAsAJsonLineAndSumsUp) {
+  const ProgramResult result = RunProgram(CliProgram(), L"scan --json --items " + ItemList());
+  ASSERT_TRUE(result.finished);
+  ASSERT_EQ(result.exitCode, 0u) << result.err;
+  const std::vector<std::string> lines = testing::SplitLines(result.out);
+  const std::set<std::string> printed(lines.begin(), lines.end());
+  CMyObject names;
+  std::set<unsigned> itemsWithTraces;
+  for (const testing::SeededTrace& trace : SeededInItems()) {
+    names.SetId(trace.itemId);
+    EXPECT_EQ(printed.count(TraceLine(trace, names.Name())), 1u) << TraceLine(trace, names.Name());
+    itemsWithTraces.insert(trace.itemId);
+  }
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"traces\":" + std::to_string(lines.size() - 1) +
+                              ",\"items\":" + std::to_string(itemsWithTraces.size()) + "}");
+}
+
+TEST_F(SeededMachine, EraseDeletesWhatTheScanFoundAndASecondScanFindsNothing) {
+  const ProgramResult erase = RunProgram(CliProgram(), L"erase --json --items " + ItemList());
+  ASSERT_TRUE(erase.finished);
+  EXPECT_EQ(erase.exitCode, 0u) << erase.out << erase.err;
+  const std::vector<std::string> lines = testing::SplitLines(erase.out);
+  ASSERT_FALSE(lines.empty());
+  const std::string traces = std::to_string(lines.size() - 1);
+  EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"traces\":" + traces + ",\"deleted\":" + traces + ",\"failed\":0}");
+
+  for (const testing::SeededTrace& trace : SeededInItems()) {
+    if (!trace.isRegistry) {
+      EXPECT_FALSE(testing::FileExists(trace.location + trace.name)) << ToUtf8(trace.location + trace.name);
+    }
+  }
+  const ProgramResult again = RunProgram(CliProgram(), L"scan --items " + ItemList());
+  EXPECT_EQ(again.out, "0 traces found in 0 items\n");
+}
+
+TEST_F(SeededMachine, AFileThatCannotBeDeletedMakesTheEraseFail) {
+  const std::wstring locked = temp_ / L"locked.tmp";
+  testing::MakeFile(locked);
+  ASSERT_TRUE(SetFileAttributesW(locked.c_str(), FILE_ATTRIBUTE_READONLY));
+  const ProgramResult erase = RunProgram(CliProgram(), L"erase --items 106");
+  EXPECT_EQ(erase.exitCode, 1u);
+  EXPECT_NE(erase.out.find("failed\t" + ToUtf8(locked)), std::string::npos) << erase.out;
+  EXPECT_NE(erase.out.find(" deleted, 1 failed"), std::string::npos) << erase.out;
+  SetFileAttributesW(locked.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(CliTraceUsage, BadSelectionsExitWithTwoAndNameTheArgument) {
+  for (const auto& [arguments, named] : std::vector<std::pair<std::wstring, std::string>>{
+           {L"scan --items", "--items"},
+           {L"scan --items 104,,105", "104,,105"},
+           {L"erase --items 104x", "104x"},
+           {L"scan --all --default", "--default"},
+           {L"scan --everything", "--everything"}}) {
+    const ProgramResult result = RunProgram(CliProgram(), arguments);
+    ASSERT_TRUE(result.finished);
+    EXPECT_EQ(result.exitCode, 2u) << ToUtf8(arguments);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find(named), std::string::npos) << result.err;
+  }
+}
+
+TEST(CliTraceSelection, IdsThatNameNoItemAreIgnored) {
+  const ProgramResult result = RunProgram(CliProgram(), L"scan --items 1,134,151,99999 --json");
+  EXPECT_EQ(result.exitCode, 0u);
+  EXPECT_EQ(result.out, "{\"type\":\"summary\",\"traces\":0,\"items\":0}\n");
+}
+
+}  // namespace
+}  // namespace lumenor
