@@ -946,9 +946,6 @@ def erase_frames():
     for i in range(n):
         img = canvas(w, h, WHITE)
         layer, d = shapes(w, h)
-        # Beam.
-        d.rounded_rectangle(ss_box(150, 12, 162, 132), radius=6 * SS, fill=lighter(TEAL, 0.75) + (255,))
-        d.rounded_rectangle(ss_box(153, 16, 159, 128), radius=3 * SS, fill=lighter(TEAL, 0.35) + (255,))
         # A stack of waiting documents.
         for k in range(3):
             x, y = 24 + 4 * k, 36 - 4 * k
@@ -974,6 +971,9 @@ def erase_frames():
                 if length > 2:
                     d.rounded_rectangle(ss_box(x + 8, yy, x + 8 + length, yy + 4), radius=2 * SS,
                                         fill=PRIMARY + (255,))
+        # The beam, in front of the document entering it.
+        d.rounded_rectangle(ss_box(150, 12, 162, 132), radius=6 * SS, fill=lighter(TEAL, 0.75) + (255,))
+        d.rounded_rectangle(ss_box(153, 16, 159, 128), radius=3 * SS, fill=lighter(TEAL, 0.35) + (255,))
         # Sparkles leaving on the right.
         for k in range(6):
             phase = (i / n + k / 6) % 1.0
