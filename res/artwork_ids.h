@@ -23,18 +23,18 @@
 #define IDI_MENU_EXIT      161  // menu entry Exit(&C)
 
 // Main window: tab strip, pictures per tab in the order normal, hot, selected
-#define IDB_TAB_SCAN_NORMAL       366  // 112x36 tab "Privacy Scan", normal
-#define IDB_TAB_SCAN_HOT          365  // 112x36 tab "Privacy Scan", hot
-#define IDB_TAB_SCAN_SELECTED     364  // 112x36 tab "Privacy Scan", selected
-#define IDB_TAB_JUNK_NORMAL       357  // 112x36 tab "Junk Files", normal
-#define IDB_TAB_JUNK_HOT          356  // 112x36 tab "Junk Files", hot
-#define IDB_TAB_JUNK_SELECTED     355  // 112x36 tab "Junk Files", selected
-#define IDB_TAB_SHRED_NORMAL      351  // 112x36 tab "Shredder", normal
-#define IDB_TAB_SHRED_HOT         361  // 112x36 tab "Shredder", hot
-#define IDB_TAB_SHRED_SELECTED    362  // 112x36 tab "Shredder", selected
-#define IDB_TAB_SETTINGS_NORMAL   202  // 112x36 tab "Settings", normal
-#define IDB_TAB_SETTINGS_HOT      200  // 112x36 tab "Settings", hot
-#define IDB_TAB_SETTINGS_SELECTED 199  // 112x36 tab "Settings", selected
+#define IDB_TAB_SCAN_NORMAL       366  // 124x36 tab "Privacy Scan", normal
+#define IDB_TAB_SCAN_HOT          365  // 124x36 tab "Privacy Scan", hot
+#define IDB_TAB_SCAN_SELECTED     364  // 124x36 tab "Privacy Scan", selected
+#define IDB_TAB_JUNK_NORMAL       357  // 124x36 tab "Junk Files", normal
+#define IDB_TAB_JUNK_HOT          356  // 124x36 tab "Junk Files", hot
+#define IDB_TAB_JUNK_SELECTED     355  // 124x36 tab "Junk Files", selected
+#define IDB_TAB_SHRED_NORMAL      351  // 124x36 tab "Shredder", normal
+#define IDB_TAB_SHRED_HOT         361  // 124x36 tab "Shredder", hot
+#define IDB_TAB_SHRED_SELECTED    362  // 124x36 tab "Shredder", selected
+#define IDB_TAB_SETTINGS_NORMAL   202  // 124x36 tab "Settings", normal
+#define IDB_TAB_SETTINGS_HOT      200  // 124x36 tab "Settings", hot
+#define IDB_TAB_SETTINGS_SELECTED 199  // 124x36 tab "Settings", selected
 
 // Settings page
 #define IDB_SETTINGS_PANEL 219  // 580x340 panel drawn at (10,10) behind the settings controls
@@ -165,12 +165,12 @@
 #define IDB_JUNK_DELETE_ALL_DISABLED 526  // 104x27 "Delete All" button, disabled
 
 // Junk page: two-tab strip, pictures per tab in the order normal, hot, selected
-#define IDB_JUNK_TAB_SETUP_NORMAL     531  // 112x36 junk tab "Set up", normal
-#define IDB_JUNK_TAB_SETUP_HOT        532  // 112x36 junk tab "Set up", hot
-#define IDB_JUNK_TAB_SETUP_SELECTED   533  // 112x36 junk tab "Set up", selected
-#define IDB_JUNK_TAB_RESULTS_NORMAL   534  // 112x36 junk tab "Results", normal
-#define IDB_JUNK_TAB_RESULTS_HOT      535  // 112x36 junk tab "Results", hot
-#define IDB_JUNK_TAB_RESULTS_SELECTED 536  // 112x36 junk tab "Results", selected
+#define IDB_JUNK_TAB_SETUP_NORMAL     531  // 124x36 junk tab "Set up", normal
+#define IDB_JUNK_TAB_SETUP_HOT        532  // 124x36 junk tab "Set up", hot
+#define IDB_JUNK_TAB_SETUP_SELECTED   533  // 124x36 junk tab "Set up", selected
+#define IDB_JUNK_TAB_RESULTS_NORMAL   534  // 124x36 junk tab "Results", normal
+#define IDB_JUNK_TAB_RESULTS_HOT      535  // 124x36 junk tab "Results", hot
+#define IDB_JUNK_TAB_RESULTS_SELECTED 536  // 124x36 junk tab "Results", selected
 
 // Shred page: shred button, idle look then running look, each normal, hot, pressed, disabled
 #define IDB_SHRED_NORMAL        541  // 104x27 "Shred" button, normal

@@ -246,7 +246,7 @@ TEST_F(Artwork, SplashPicturesFillTheSplashWindow) {
 
 TEST_F(Artwork, MainWindowTabsHaveThreeLooksOfOneSize) {
   // Tab order: privacy scan, junk, shredder, settings; each normal, hot, selected.
-  ExpectBitmaps({366, 365, 364, 357, 356, 355, 351, 361, 362, 202, 200, 199}, {112, 36});
+  ExpectBitmaps({366, 365, 364, 357, 356, 355, 351, 361, 362, 202, 200, 199}, {124, 36});
 }
 
 TEST_F(Artwork, ProgramTrayAndMenuIconsHoldSmallAndLargeImages) {
@@ -412,7 +412,7 @@ TEST_F(Artwork, SettingsPanelAndPageButtons) {
   ExpectBitmaps({501, 502, 503, 504}, {104, 27});  // settings: save
   ExpectBitmaps({511, 512, 513, 514, 515, 516, 517, 518, 519, 520, 521, 522, 523, 524, 525, 526},
                 {104, 27});                        // junk: start, stop, delete, delete all
-  ExpectBitmaps({531, 532, 533, 534, 535, 536}, {112, 36});  // junk: set-up and result tabs
+  ExpectBitmaps({531, 532, 533, 534, 535, 536}, {124, 36});  // junk: set-up and result tabs
   ExpectBitmaps({541, 542, 543, 544, 545, 546, 547, 548}, {104, 27});  // shred and its stop look
 }
 

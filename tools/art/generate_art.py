@@ -601,7 +601,7 @@ def make_shell_icons():
 # ---------------------------------------------------------------------------------------
 # Main window tabs
 
-TAB_W, TAB_H = 112, 36
+TAB_W, TAB_H = 124, 36
 
 
 def tab(label, glyph, state):
