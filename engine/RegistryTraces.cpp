@@ -41,15 +41,6 @@ bool DeleteLinkKey(HKEY parent, const wchar_t* name) {
   return ntDeleteKey != nullptr && link && IsLinkKey(link.Get()) && ntDeleteKey(link.Get()) == 0;
 }
 
-// Opens a sub-key of an open key, refusing a registry link.
-UniqueKey OpenSubKey(HKEY parent, const wchar_t* name, REGSAM access) {
-  UniqueKey child = OpenKey(parent, name, access);
-  if (child && IsLinkKey(child.Get())) {
-    child.Reset();
-  }
-  return child;
-}
-
 DWORD CountValues(HKEY key) {
   DWORD values = 0;
   if (RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
@@ -57,6 +48,17 @@ DWORD CountValues(HKEY key) {
     return 0;
   }
   return values;
+}
+
+// Opens a sub-key of an open key, refusing a registry link, and counts its values. A link
+// holds exactly one value, so only such keys need the closer look.
+UniqueKey OpenSubKey(HKEY parent, const wchar_t* name, REGSAM access, DWORD& values) {
+  UniqueKey child = OpenKey(parent, name, access);
+  values = child ? CountValues(child.Get()) : 0;
+  if (child && values == 1 && IsLinkKey(child.Get())) {
+    child.Reset();
+  }
+  return child;
 }
 
 void ReportValues(const OpenedKey& opened, const StopToken& stop, std::vector<wchar_t>& name,
@@ -112,7 +114,8 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
     if (next != NextSubKey::kNone) {
       ++top.nextSubKey;
       if (next == NextSubKey::kFound) {
-        UniqueKey child = OpenSubKey(top.key.Get(), name.data(), KEY_READ);
+        DWORD values = 0;
+        UniqueKey child = OpenSubKey(top.key.Get(), name.data(), KEY_READ, values);
         if (child) {
           std::wstring childPath = top.path + L"\\" + name.data();
           stack.push_back({std::move(child), std::move(childPath)});
@@ -159,7 +162,8 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
       continue;
     }
     if (next == NextSubKey::kFound) {
-      UniqueKey child = OpenSubKey(top.key.Get(), name.data(), KEY_ALL_ACCESS);
+      DWORD childValues = 0;
+      UniqueKey child = OpenSubKey(top.key.Get(), name.data(), KEY_ALL_ACCESS, childValues);
       if (!child) {
         // A link goes by itself, its target untouched; anything else that cannot be opened stays.
         if (!DeleteLinkKey(top.key.Get(), name.data())) {
@@ -167,7 +171,6 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
         }
         continue;
       }
-      const DWORD childValues = CountValues(child.Get());
       std::wstring childPath = top.path + L"\\" + name.data();
       stack.push_back({std::move(child), std::move(childPath), 0, childValues});
       continue;
