@@ -44,8 +44,8 @@ int CIniFileRW::ReadInt(std::wstring_view section, std::wstring_view key) const 
     return kMissingKeyValue;
   }
   // The system parses an optional minus sign and hands the result back as unsigned.
-  const UINT value = GetPrivateProfileIntW(std::wstring(section).c_str(), std::wstring(key).c_str(),
-                                           kMissingKeyValue, path_.c_str());
+  const UINT value =
+      GetPrivateProfileIntW(std::wstring(section).c_str(), std::wstring(key).c_str(), kMissingKeyValue, path_.c_str());
   return static_cast<int>(value);
 }
 

@@ -21,7 +21,7 @@ struct OptionValues {
   int day = 0;           // 0 every day, 1 to 7 Sunday to Saturday
   int hour = 9;          // 0 to 11
   int minute = 38;
-  int pm = 0;            // "when": 0 AM, 1 PM
+  int pm = 0;  // "when": 0 AM, 1 PM
 };
 
 OptionValues ReadOptionValues(const CIniFileRW& file);

@@ -80,8 +80,7 @@ bool CMyObject::RemoveFromChain(CMyObject* node) {
 }
 
 bool CMyObject::AddLocation(HKEY rootKey, std::wstring_view path, std::wstring_view selector, int kind) {
-  if (locations_.size() >= kMaxLocations || path.size() > kMaxLocationText ||
-      selector.size() > kMaxLocationText) {
+  if (locations_.size() >= kMaxLocations || path.size() > kMaxLocationText || selector.size() > kMaxLocationText) {
     return false;
   }
   LocationRecord& record = locations_.emplace_back();

@@ -23,7 +23,7 @@ enum FileMatchKind : int {
 inline constexpr size_t kMaxLocationText = 259;
 
 struct LocationRecord {
-  HKEY rootKey = nullptr;  // null for a file-system location
+  HKEY rootKey = nullptr;   // null for a file-system location
   std::wstring rootPrefix;  // "HKEY_CURRENT_USER\" and so on; empty for files
   std::wstring path;        // key path without leading backslash, or folder ending in "\"
   std::wstring selector;    // "*.*", a value name, a file name, a pattern or an extension

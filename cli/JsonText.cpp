@@ -9,11 +9,21 @@ std::wstring JsonString(std::wstring_view text) {
   quoted += L'"';
   for (const wchar_t c : text) {
     switch (c) {
-      case L'"': quoted += L"\\\""; break;
-      case L'\\': quoted += L"\\\\"; break;
-      case L'\n': quoted += L"\\n"; break;
-      case L'\r': quoted += L"\\r"; break;
-      case L'\t': quoted += L"\\t"; break;
+      case L'"':
+        quoted += L"\\\"";
+        break;
+      case L'\\':
+        quoted += L"\\\\";
+        break;
+      case L'\n':
+        quoted += L"\\n";
+        break;
+      case L'\r':
+        quoted += L"\\r";
+        break;
+      case L'\t':
+        quoted += L"\\t";
+        break;
       default:
         if (c < 0x20) {
           quoted += L"\\u00";

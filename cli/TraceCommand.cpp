@@ -68,10 +68,9 @@ class PrintingSink final : public TraceSink {
   void TraceFound(const FoundTrace& trace) override {
     ++traces_;
     if (json_) {
-      out_.Line(L"{\"type\":\"trace\",\"id\":" + std::to_wstring(trace.item->Id()) +
-                L",\"item\":" + JsonString(trace.item->Name()) + L",\"name\":" + JsonString(trace.name) +
-                L",\"location\":" + JsonString(trace.location) +
-                L",\"registry\":" + (trace.isRegistry ? L"true" : L"false") + L"}");
+      out_.Line(L"{\"type\":\"trace\",\"id\":" + std::to_wstring(trace.item->Id()) + L",\"item\":" +
+                JsonString(trace.item->Name()) + L",\"name\":" + JsonString(trace.name) + L",\"location\":" +
+                JsonString(trace.location) + L",\"registry\":" + (trace.isRegistry ? L"true" : L"false") + L"}");
     } else {
       out_.Line(trace.item->Name() + L"\t" + trace.name + L"\t" + trace.location);
     }
@@ -126,8 +125,8 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CM
 
   const std::wstring traces = std::to_wstring(sink.Traces());
   if (command == TraceCommand::kScan) {
-    lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces +
-                                  L",\"items\":" + std::to_wstring(itemsWithTraces) + L"}"
+    lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"items\":" +
+                                  std::to_wstring(itemsWithTraces) + L"}"
                             : traces + L" traces found in " + std::to_wstring(itemsWithTraces) + L" items");
     return lines.Flush() ? 0 : 1;
   }

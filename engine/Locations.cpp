@@ -49,9 +49,7 @@ class LocationFiller {
   // last nine characters ("PrintHood").
   std::optional<std::wstring> Profile() const { return WithoutLast(paths_.ShellFolder(CSIDL_PRINTHOOD), 9); }
   // The folder above the CD burning area ("CD Burning" is ten characters).
-  std::optional<std::wstring> AboveCdBurning() const {
-    return WithoutLast(paths_.ShellFolder(CSIDL_CDBURN_AREA), 10);
-  }
+  std::optional<std::wstring> AboveCdBurning() const { return WithoutLast(paths_.ShellFolder(CSIDL_CDBURN_AREA), 10); }
 
   const SystemPaths& Paths() const { return paths_; }
 
@@ -110,9 +108,9 @@ void FillWindowsEntries(LocationFiller& add, unsigned id) {
       return;
     }
     case 111: {
-      const auto pagingFiles = ReadRegistryText(
-          HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management",
-          L"PagingFiles");
+      const auto pagingFiles =
+          ReadRegistryText(HKEY_LOCAL_MACHINE,
+                           L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management", L"PagingFiles");
       if (!pagingFiles) return;
       const PagingFile pagingFile = ParsePagingFile(*pagingFiles);
       if (pagingFile.folder.empty() || pagingFile.name.empty()) return;
@@ -237,23 +235,46 @@ void FillMozillaBrowser(LocationFiller& add, unsigned id, const wchar_t* applica
   };
   switch (id) {
     // Netscape Navigator 9.x
-    case 144: files({L"history.dat"}); return;
-    case 145: files({L"formhistory.dat"}); return;
-    case 146: files({L"cookies.txt", L"webappsstore.sqlite"}); return;
-    case 147: files({L"history.dat", L"localstore.rdf"}); return;
+    case 144:
+      files({L"history.dat"});
+      return;
+    case 145:
+      files({L"formhistory.dat"});
+      return;
+    case 146:
+      files({L"cookies.txt", L"webappsstore.sqlite"});
+      return;
+    case 147:
+      files({L"history.dat", L"localstore.rdf"});
+      return;
     case 148:
       files({L"bookmarks.bak", L"bookmarks.html"});
       add.File(folder + L"bookmarkbackups\\", L"*.*", kMatchEveryFile);
       return;
-    case 149: files({L"linkpad.sqlite"}); return;
-    case 150: files({L"key3.db"}); return;
+    case 149:
+      files({L"linkpad.sqlite"});
+      return;
+    case 150:
+      files({L"key3.db"});
+      return;
     // Mozilla Firefox 3.x
-    case 164: files({L"places.sqlite", L"sessionstore.js", L"places.sqlite-journal"}); return;
-    case 165: files({L"formhistory.sqlite"}); return;
-    case 167: files({L"downloads.sqlite"}); return;
-    case 168: files({L"cookies.sqlite", L"webappsstore.sqlite"}); return;
-    case 169: files({L"key3.db", L"signons3.txt"}); return;
-    default: return;
+    case 164:
+      files({L"places.sqlite", L"sessionstore.js", L"places.sqlite-journal"});
+      return;
+    case 165:
+      files({L"formhistory.sqlite"});
+      return;
+    case 167:
+      files({L"downloads.sqlite"});
+      return;
+    case 168:
+      files({L"cookies.sqlite", L"webappsstore.sqlite"});
+      return;
+    case 169:
+      files({L"key3.db", L"signons3.txt"});
+      return;
+    default:
+      return;
   }
 }
 
@@ -299,8 +320,9 @@ void FillInstantMessaging(LocationFiller& add, unsigned id) {
     case 193: {
       const auto yahoo = ReadRegistryText(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Yahoo\\Essentials", L"MainDir");
       if (!yahoo) return;
-      const wchar_t* sub = id == 191 ? L"\\Messenger\\cache\\" : id == 192 ? L"\\Messenger\\Profiles\\"
-                                                                           : L"\\Messenger\\logs\\";
+      const wchar_t* sub = id == 191   ? L"\\Messenger\\cache\\"
+                           : id == 192 ? L"\\Messenger\\Profiles\\"
+                                       : L"\\Messenger\\logs\\";
       add.File(*yahoo + sub, L"*.*", kMatchEveryFile);
       return;
     }
@@ -335,11 +357,13 @@ void FillOffice(LocationFiller& add, unsigned id) {
       add.File(*appData + L"\\Microsoft\\office\\Recent\\", L"*.*", kMatchEveryFile);
       return;
     }
-    case 211: add.WholeKey(std::wstring(kOfficeCommon) + L"\\Internet\\Server Cache"); return;
+    case 211:
+      add.WholeKey(std::wstring(kOfficeCommon) + L"\\Internet\\Server Cache");
+      return;
     case 213: {
       const std::wstring frontPage = kFrontPageExplorer;
-      for (const wchar_t* list : {L"Recent File List", L"Recent Page List", L"Recent Web List",
-                                  L"Recently Created Servers"}) {
+      for (const wchar_t* list :
+           {L"Recent File List", L"Recent Page List", L"Recent Web List", L"Recently Created Servers"}) {
         add.WholeKey(frontPage + list);
       }
       add.Registry(HKEY_CURRENT_USER, frontPage + L"Settings", L"LastWebOpen");
@@ -358,19 +382,29 @@ void FillOffice(LocationFiller& add, unsigned id) {
       add.WholeKey(openFind + L"Excel\\Settings");
       add.WholeKey(office + L"\\Excel\\Recent Files");
       return;
-    case 218: add.WholeKey(office + L"\\Visio\\Application"); return;
-    case 219: add.WholeKey(office + L"\\PowerPoint\\Recent File List"); return;
+    case 218:
+      add.WholeKey(office + L"\\Visio\\Application");
+      return;
+    case 219:
+      add.WholeKey(office + L"\\PowerPoint\\Recent File List");
+      return;
     case 220:
       add.WholeKey(openFind + L"Publisher\\Settings");
       add.WholeKey(office + L"\\Publisher\\Recent File List");
       return;
-    case 221: add.WholeKey(openFind + L"FrontPage\\Settings"); return;
-    case 222: add.WholeKey(office + L"\\MS Project\\Recent File List"); return;
+    case 221:
+      add.WholeKey(openFind + L"FrontPage\\Settings");
+      return;
+    case 222:
+      add.WholeKey(office + L"\\MS Project\\Recent File List");
+      return;
     case 223:
       add.WholeKey(openFind + L"InfoPath\\Settings");
       add.WholeKey(office + L"\\InfoPath\\Recent File List");
       return;
-    case 224: add.WholeKey(office + L"\\Clip Organizer\\Search\\Last Query"); return;
+    case 224:
+      add.WholeKey(office + L"\\Clip Organizer\\Search\\Last Query");
+      return;
     case 225: {
       add.Registry(HKEY_CURRENT_USER, office + L"\\OIS\\Options", L"LastTreeConfig");
       add.Registry(HKEY_CURRENT_USER, office + L"\\OIS\\Options", L"LastTreeSelection");
@@ -379,17 +413,26 @@ void FillOffice(LocationFiller& add, unsigned id) {
       add.File(*profile + L"Local Settings\\Application Data\\Microsoft\\OIS\\", L"*.*", kMatchEveryFile);
       return;
     }
-    case 226: add.WholeKey(L"Software\\Microsoft\\Snapshot Viewer\\Recent File List"); return;
-    case 227: add.WholeKey(L"Software\\Microsoft\\OfficeProfileWizard\\11.0\\RecentFileList"); return;
-    default: return;
+    case 226:
+      add.WholeKey(L"Software\\Microsoft\\Snapshot Viewer\\Recent File List");
+      return;
+    case 227:
+      add.WholeKey(L"Software\\Microsoft\\OfficeProfileWizard\\11.0\\RecentFileList");
+      return;
+    default:
+      return;
   }
 }
 
 void FillMultimedia(LocationFiller& add, unsigned id) {
   const std::wstring acdsee = kAcdsee;
   switch (id) {
-    case 246: add.WholeKey(L"Software\\Microsoft\\MediaPlayer\\Player\\RecentFileList"); return;
-    case 247: add.WholeKey(L"Software\\Microsoft\\MediaPlayer\\Player\\RecentURLList"); return;
+    case 246:
+      add.WholeKey(L"Software\\Microsoft\\MediaPlayer\\Player\\RecentFileList");
+      return;
+    case 247:
+      add.WholeKey(L"Software\\Microsoft\\MediaPlayer\\Player\\RecentURLList");
+      return;
     case 369: {
       const auto above = add.AboveCdBurning();
       if (!above) return;
@@ -417,7 +460,9 @@ void FillMultimedia(LocationFiller& add, unsigned id) {
       add.File(real + L"History\\", L"*.*", 1);
       return;
     }
-    case 258: add.WholeKey(L"Software\\DivXNetworks\\DivX Player\\RecentFiles"); return;
+    case 258:
+      add.WholeKey(L"Software\\DivXNetworks\\DivX Player\\RecentFiles");
+      return;
     case 261:
       add.Registry(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Apple Computer, Inc.\\QuickTime\\Recent Movies", kWholeKey);
       return;
@@ -432,14 +477,21 @@ void FillMultimedia(LocationFiller& add, unsigned id) {
       }
       return;
     }
-    case 267: add.Registry(HKEY_CURRENT_USER, acdsee, L"HistPaths"); return;
-    case 268: add.Registry(HKEY_CURRENT_USER, acdsee, L"HistMCFDestFolder"); return;
-    case 269: add.Registry(HKEY_CURRENT_USER, acdsee, L"OpenFolder"); return;
+    case 267:
+      add.Registry(HKEY_CURRENT_USER, acdsee, L"HistPaths");
+      return;
+    case 268:
+      add.Registry(HKEY_CURRENT_USER, acdsee, L"HistMCFDestFolder");
+      return;
+    case 269:
+      add.Registry(HKEY_CURRENT_USER, acdsee, L"OpenFolder");
+      return;
     case 270:  // the same two values as 267 and 268
       add.Registry(HKEY_CURRENT_USER, acdsee, L"HistPaths");
       add.Registry(HKEY_CURRENT_USER, acdsee, L"HistMCFDestFolder");
       return;
-    default: return;
+    default:
+      return;
   }
 }
 
@@ -468,15 +520,19 @@ void FillFileSharing(LocationFiller& add, unsigned id) {
   const std::wstring azureus = *appData + L"\\Azureus\\";
   const std::wstring limeWire = *appData + L"\\LimeWire\\";
   switch (id) {
-    case 278: add.File(azureus + L"torrents\\", L"*.*", 1); return;
+    case 278:
+      add.File(azureus + L"torrents\\", L"*.*", 1);
+      return;
     case 279:
-      for (const wchar_t* name : {L"downloads.config", L"downloads.config.bak", L"tracker.config",
-                                  L"tracker.config.bak"}) {
+      for (const wchar_t* name :
+           {L"downloads.config", L"downloads.config.bak", L"tracker.config", L"tracker.config.bak"}) {
         add.File(azureus, name, kMatchExactName);
       }
       add.File(azureus + L"dht\\", L"*.*", 1);
       return;
-    case 281: add.File(azureus + L"logs\\", L"*.*", 1); return;
+    case 281:
+      add.File(azureus + L"logs\\", L"*.*", 1);
+      return;
     case 285:
     case 288: {
       // "*.torrent" is never matched by name in a scan, but an erase uses it as a pattern.
@@ -492,7 +548,8 @@ void FillFileSharing(LocationFiller& add, unsigned id) {
       add.File(limeWire, L"fileurns.cache", kMatchExactName);
       add.File(limeWire, L"fileurns.bak", kMatchExactName);
       return;
-    default: return;
+    default:
+      return;
   }
 }
 
@@ -504,13 +561,27 @@ void FillMail(LocationFiller& add, unsigned id) {
     if (!appData) return;
     const std::wstring profile = *appData + L"\\Thunderbird\\Profiles\\" + *profileName;
     switch (id) {
-      case 337: add.File(profile, L"signons.txt", kMatchExactName); return;
-      case 338: add.File(profile, L"key3.db", kMatchExactName); return;
-      case 339: add.File(profile + L"Mail\\", L"Sent.msf", kMatchExactName); return;
-      case 340: add.File(profile + L"Mail\\", L"Trash.msf", kMatchExactName); return;
-      case 341: add.File(profile + L"Mail\\", L"Drafts.msf", kMatchExactName); return;
-      case 342: add.File(profile + L"Mail\\", L"Unsent Messages.msf", kMatchExactName); return;
-      default: add.File(profile + L"Mail\\", L"Inbox.msf", kMatchExactName); return;
+      case 337:
+        add.File(profile, L"signons.txt", kMatchExactName);
+        return;
+      case 338:
+        add.File(profile, L"key3.db", kMatchExactName);
+        return;
+      case 339:
+        add.File(profile + L"Mail\\", L"Sent.msf", kMatchExactName);
+        return;
+      case 340:
+        add.File(profile + L"Mail\\", L"Trash.msf", kMatchExactName);
+        return;
+      case 341:
+        add.File(profile + L"Mail\\", L"Drafts.msf", kMatchExactName);
+        return;
+      case 342:
+        add.File(profile + L"Mail\\", L"Unsent Messages.msf", kMatchExactName);
+        return;
+      default:
+        add.File(profile + L"Mail\\", L"Inbox.msf", kMatchExactName);
+        return;
     }
   }
   if (id == 352) {
@@ -560,21 +631,40 @@ void FillMail(LocationFiller& add, unsigned id) {
     for (const wchar_t* name : names) add.File(eudora, name, kMatchExactName);
   };
   switch (id) {
-    case 345: files({L"Trash.mbx", L"Trash.toc"}); return;
-    case 346: files({L"Out.mbx", L"Out.toc"}); return;
-    case 347: files({L"History.lst"}); return;
-    case 348: add.File(eudora + L"EudPriv\\Ads\\AdCache\\", L"*.*", kMatchEveryFile); return;
-    case 350: files({L"NNdbase.toc", L"NNdbase.txt"}); return;
-    case 351: files({L"eudora.log"}); return;
-    case 354: add.File(*appData + L"\\PocoMail\\Cache\\", L"*.*", kMatchEveryFile); return;
-    case 356: add.File(*appData + L"\\PocoMail\\", L"history.txt", kMatchExactName); return;
-    default: return;
+    case 345:
+      files({L"Trash.mbx", L"Trash.toc"});
+      return;
+    case 346:
+      files({L"Out.mbx", L"Out.toc"});
+      return;
+    case 347:
+      files({L"History.lst"});
+      return;
+    case 348:
+      add.File(eudora + L"EudPriv\\Ads\\AdCache\\", L"*.*", kMatchEveryFile);
+      return;
+    case 350:
+      files({L"NNdbase.toc", L"NNdbase.txt"});
+      return;
+    case 351:
+      files({L"eudora.log"});
+      return;
+    case 354:
+      add.File(*appData + L"\\PocoMail\\Cache\\", L"*.*", kMatchEveryFile);
+      return;
+    case 356:
+      add.File(*appData + L"\\PocoMail\\", L"history.txt", kMatchExactName);
+      return;
+    default:
+      return;
   }
 }
 
 void FillThirdParty(LocationFiller& add, unsigned id) {
   switch (id) {
-    case 370: add.WholeKey(L"Software\\Adobe\\Acrobat Reader\\9.0\\AVGeneral\\cRecentFiles"); return;
+    case 370:
+      add.WholeKey(L"Software\\Adobe\\Acrobat Reader\\9.0\\AVGeneral\\cRecentFiles");
+      return;
     case 372: {
       const auto appData = add.AppData();
       if (!appData) return;
@@ -586,7 +676,8 @@ void FillThirdParty(LocationFiller& add, unsigned id) {
       if (data) add.File(*data + L"\\", L"*.*", kMatchEveryFile);
       return;
     }
-    default: return;
+    default:
+      return;
   }
 }
 
@@ -615,11 +706,13 @@ void FillLocations(CMyObject& item, const SystemPaths& paths) {
   } else if (id >= 129 && id <= 141) {
     FillInternetExplorer(add, id);
   } else if (id >= 143 && id <= 150) {
-    FillMozillaBrowser(add, id, L"\\Netscape\\Navigator\\", L"Local Settings\\Application Data\\Netscape\\Navigator\\Profiles\\", 143);
+    FillMozillaBrowser(add, id, L"\\Netscape\\Navigator\\",
+                       L"Local Settings\\Application Data\\Netscape\\Navigator\\Profiles\\", 143);
   } else if (id >= 157 && id <= 162) {
     FillOpera(add, id);
   } else if (id >= 164 && id <= 169) {
-    FillMozillaBrowser(add, id, L"\\Mozilla\\Firefox\\", L"Local Settings\\Application Data\\Mozilla\\Firefox\\Profiles\\", 166);
+    FillMozillaBrowser(add, id, L"\\Mozilla\\Firefox\\",
+                       L"Local Settings\\Application Data\\Mozilla\\Firefox\\Profiles\\", 166);
   } else if (id >= 183 && id <= 205) {
     FillInstantMessaging(add, id);
   } else if (id >= 210 && id <= 227) {

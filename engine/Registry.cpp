@@ -43,8 +43,8 @@ std::optional<std::wstring> ReadRegistryText(HKEY root, std::wstring_view path, 
   // The stored text need not end with a terminator, nor have an even size.
   std::vector<wchar_t> buffer(size / sizeof(wchar_t) + 2, L'\0');
   DWORD read = static_cast<DWORD>((buffer.size() - 1) * sizeof(wchar_t));
-  if (RegQueryValueExW(key.Get(), valueName.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()),
-                       &read) != ERROR_SUCCESS ||
+  if (RegQueryValueExW(key.Get(), valueName.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()), &read) !=
+          ERROR_SUCCESS ||
       (type != REG_SZ && type != REG_EXPAND_SZ && type != REG_MULTI_SZ)) {
     return std::nullopt;
   }

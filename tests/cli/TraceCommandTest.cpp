@@ -56,8 +56,8 @@ class SeededMachine : public ::testing::Test {
   void TearDown() override { SetEnvironmentVariableW(L"TEMP", previousTemp_.c_str()); }
 
   // Items of the seeded traces whose locations hold nothing else on the test machine.
-  static constexpr unsigned kItems[] = {104, 106, 113, 122, 125, 126, 141, 159, 160, 164, 165, 167, 168, 169, 210,
-                                        246, 370, 372};
+  static constexpr unsigned kItems[] = {104, 106, 113, 122, 125, 126, 141, 159, 160,
+                                        164, 165, 167, 168, 169, 210, 246, 370, 372};
   static std::wstring ItemList() {
     std::wstring list;
     for (const unsigned id : kItems) list += (list.empty() ? L"" : L",") + std::to_wstring(id);
@@ -125,12 +125,12 @@ TEST_F(SeededMachine, AFileThatCannotBeDeletedMakesTheEraseFail) {
 }
 
 TEST(CliTraceUsage, BadSelectionsExitWithTwoAndNameTheArgument) {
-  for (const auto& [arguments, named] : std::vector<std::pair<std::wstring, std::string>>{
-           {L"scan --items", "--items"},
-           {L"scan --items 104,,105", "104,,105"},
-           {L"erase --items 104x", "104x"},
-           {L"scan --all --default", "--default"},
-           {L"scan --everything", "--everything"}}) {
+  for (const auto& [arguments, named] :
+       std::vector<std::pair<std::wstring, std::string>>{{L"scan --items", "--items"},
+                                                         {L"scan --items 104,,105", "104,,105"},
+                                                         {L"erase --items 104x", "104x"},
+                                                         {L"scan --all --default", "--default"},
+                                                         {L"scan --everything", "--everything"}}) {
     const ProgramResult result = RunProgram(CliProgram(), arguments);
     ASSERT_TRUE(result.finished);
     EXPECT_EQ(result.exitCode, 2u) << ToUtf8(arguments);

@@ -1,7 +1,7 @@
 // File locations: which files a scan reports, what an erase deletes, and the folders it
 // must never touch.
-#include "engine/FileTraces.h"
 #include "engine/FilePath.h"
+#include "engine/FileTraces.h"
 #include "engine/Registry.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
@@ -42,9 +42,12 @@ class FileLocation : public ::testing::Test {
 TEST_F(FileLocation, KindDecidesWhichFilesAScanReports) {
   const std::wstring top = root_.Path();
   const std::wstring sub = root_ / L"sub\\";
-  EXPECT_EQ(Scan(top, L"*.*", kMatchEveryFile),
-            (std::vector<Found>{{top, L"a.txt"}, {top, L"a.txt.bak"}, {top, L"b.TXT"}, {top, L"noextension"},
-                                {sub, L"c.txt"}, {sub + L"deep\\", L"d.log"}}));
+  EXPECT_EQ(Scan(top, L"*.*", kMatchEveryFile), (std::vector<Found>{{top, L"a.txt"},
+                                                                    {top, L"a.txt.bak"},
+                                                                    {top, L"b.TXT"},
+                                                                    {top, L"noextension"},
+                                                                    {sub, L"c.txt"},
+                                                                    {sub + L"deep\\", L"d.log"}}));
   EXPECT_EQ(Scan(top, L"*.*", kMatchEveryFileToo).size(), 6u);
   EXPECT_EQ(Scan(top, L".txt", kMatchExtension), (std::vector<Found>{{top, L"a.txt"}, {sub, L"c.txt"}}));
   EXPECT_EQ(Scan(top, L"a.txt", kMatchExactName), (std::vector<Found>{{top, L"a.txt"}}));
@@ -99,15 +102,14 @@ TEST_F(FileLocation, EraseDeletesByPatternAndRemovesEmptiedFolders) {
 
 TEST(FileErasePattern, EntersOnlyMatchingFoldersAndKeepsWhatDoesNotMatch) {
   TempFolder client;
-  for (const wchar_t* name : {L"x.torrent", L"resume.dat", L"old.torrent\\inner.torrent", L"old.torrent\\keep.txt",
-                              L"sub\\y.torrent"}) {
+  for (const wchar_t* name :
+       {L"x.torrent", L"resume.dat", L"old.torrent\\inner.torrent", L"old.torrent\\keep.txt", L"sub\\y.torrent"}) {
     MakeFile(client / name);
   }
   testing::RecordingTally tally;
   EraseFileLocation(client.Path(), L"*.torrent", tally);
-  EXPECT_EQ(EntriesBelow(client.Path()),
-            (std::vector<std::wstring>{L"old.torrent\\", L"old.torrent\\keep.txt", L"resume.dat", L"sub\\",
-                                       L"sub\\y.torrent"}));
+  EXPECT_EQ(EntriesBelow(client.Path()), (std::vector<std::wstring>{L"old.torrent\\", L"old.torrent\\keep.txt",
+                                                                    L"resume.dat", L"sub\\", L"sub\\y.torrent"}));
   EXPECT_EQ(tally.erased, 2);
 }
 
@@ -128,8 +130,8 @@ TEST(FileEraseFailure, ReadOnlyFileStaysAndIsLeftToTheNextRestart) {
   const auto pending = [] {
     HKEY key = nullptr;
     std::wstring text;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"System\\CurrentControlSet\\Control\\Session Manager", 0, KEY_READ,
-                      &key) == ERROR_SUCCESS) {
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"System\\CurrentControlSet\\Control\\Session Manager", 0, KEY_READ, &key) ==
+        ERROR_SUCCESS) {
       DWORD size = 0;
       if (RegQueryValueExW(key, L"PendingFileRenameOperations", nullptr, nullptr, nullptr, &size) == ERROR_SUCCESS) {
         text.resize(size / sizeof(wchar_t));

@@ -37,7 +37,9 @@ std::vector<Row> Fill(unsigned id, const SystemPaths& paths) {
   return rows;
 }
 
-Row File(std::wstring folder, std::wstring selector, int kind) { return {nullptr, std::move(folder), std::move(selector), kind}; }
+Row File(std::wstring folder, std::wstring selector, int kind) {
+  return {nullptr, std::move(folder), std::move(selector), kind};
+}
 
 void PrintTo(const Row& row, std::ostream* out) {
   *out << (row.root == nullptr ? "F " : "R ") << ::testing::PrintToString(row.path) << " | "
@@ -96,9 +98,9 @@ class PagingFileItem : public ::testing::Test {
   }
   void SetValue(DWORD type, const void* data, DWORD size) {
     HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, nullptr, 0, KEY_SET_VALUE | kRegistryView, nullptr, &key,
-                              nullptr),
-              ERROR_SUCCESS);
+    ASSERT_EQ(
+        RegCreateKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, nullptr, 0, KEY_SET_VALUE | kRegistryView, nullptr, &key, nullptr),
+        ERROR_SUCCESS);
     RegSetValueExW(key, L"PagingFiles", 0, type, static_cast<const BYTE*>(data), size);
     RegCloseKey(key);
   }
@@ -126,11 +128,13 @@ TEST_F(PagingFileItem, ReadsTheSettingOfAnyStringTypeAndNothingElse) {
 
 TEST_F(ItemLocations, BrowserProfilesComeFromTheFirstProfilesPath) {
   const std::wstring firefox = appData_ + L"\\Mozilla\\Firefox\\";
-  MakeFile(firefox + L"profiles.ini", "[General]\r\nStartWithLastProfile=1\r\n\r\n[Profile0]\r\nName=default\r\n"
-                                      "IsRelative=1\r\nPath=Profiles/ab12.default\r\n\r\n[Profile1]\r\nPath=Profiles/zz\r\n");
+  MakeFile(firefox + L"profiles.ini",
+           "[General]\r\nStartWithLastProfile=1\r\n\r\n[Profile0]\r\nName=default\r\n"
+           "IsRelative=1\r\nPath=Profiles/ab12.default\r\n\r\n[Profile1]\r\nPath=Profiles/zz\r\n");
   const std::wstring profile = firefox + L"Profiles\\ab12.default\\";
-  EXPECT_EQ(Fill(164, paths_), (std::vector<Row>{File(profile, L"places.sqlite", 12), File(profile, L"sessionstore.js", 12),
-                                                 File(profile, L"places.sqlite-journal", 12)}));
+  EXPECT_EQ(Fill(164, paths_),
+            (std::vector<Row>{File(profile, L"places.sqlite", 12), File(profile, L"sessionstore.js", 12),
+                              File(profile, L"places.sqlite-journal", 12)}));
   EXPECT_EQ(Fill(166, paths_),
             std::vector<Row>{File(L"C:\\Users\\me\\Local Settings\\Application Data\\Mozilla\\Firefox\\Profiles\\"
                                   L"ab12.default\\Cache\\",
@@ -161,8 +165,10 @@ TEST_F(ItemLocations, PocoMailFoldersAreAbsoluteOrUnderItsAppDataFolder) {
     MakeFile(poco + L"poco.ini", text);
     return Fill(id, paths_);
   };
-  EXPECT_EQ(withIni("[Program]\r\nMailPath=D:\\Mail\\\r\n", 357), std::vector<Row>{File(L"D:\\Mail\\", L"Trash.mbx", 12)});
-  EXPECT_EQ(withIni("[Program]\r\nMailPath=Mail\\\r\n", 360), std::vector<Row>{File(poco + L"Mail\\", L"Draft.mbx", 12)});
+  EXPECT_EQ(withIni("[Program]\r\nMailPath=D:\\Mail\\\r\n", 357),
+            std::vector<Row>{File(L"D:\\Mail\\", L"Trash.mbx", 12)});
+  EXPECT_EQ(withIni("[Program]\r\nMailPath=Mail\\\r\n", 360),
+            std::vector<Row>{File(poco + L"Mail\\", L"Draft.mbx", 12)});
   EXPECT_EQ(withIni("[Mail]\r\nAttachPath=D:\\Attach\r\n", 355), std::vector<Row>{File(L"D:\\Attach\\", L"*.*", 10)})
       << "a folder always ends with a backslash";
   EXPECT_TRUE(withIni("[Program]\r\nMailPath=" + std::string(1000, 'm') + "\r\n", 358).empty());
@@ -180,8 +186,8 @@ TEST_F(ItemLocations, WithoutAppDataTwoItemsKeepARecordWithAnEmptyFolder) {
 }
 
 TEST_F(ItemLocations, AMissingFolderEndsTheListWhereItIsNeeded) {
-  const Row recentDocs{HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\RecentDocs",
-                       L"*.*", 1};
+  const Row recentDocs{HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\RecentDocs", L"*.*",
+                       1};
   EXPECT_EQ(Fill(104, paths_), std::vector<Row>{recentDocs});
   paths_.shellFolders.erase(CSIDL_PRINTHOOD);
   const std::vector<Row> pictureManager = Fill(225, paths_);
@@ -231,8 +237,8 @@ TEST_F(RegistryFolderItems, IncrediMailUsesTheCurrentIdentityFolder) {
   EXPECT_TRUE(Fill(363, paths_).empty()) << "no current identity";
   testing::SetRegistryText(HKEY_CURRENT_USER, L"Software\\IncrediMail\\Identities", L"", L"{4B2}");
   const std::wstring store = L"C:\\IM\\Identities\\{4B2}\\Message Store\\";
-  EXPECT_EQ(Fill(363, paths_), (std::vector<Row>{File(store, L"Deleted Items.imm", 12),
-                                                 File(store, L"Deleted Items.imh", 12)}));
+  EXPECT_EQ(Fill(363, paths_),
+            (std::vector<Row>{File(store, L"Deleted Items.imm", 12), File(store, L"Deleted Items.imh", 12)}));
   EXPECT_EQ(Fill(362, paths_), std::vector<Row>{File(L"C:\\IM\\Identities\\{4B2}\\AddressBook\\", L"*.*", 10)});
 }
 
@@ -241,7 +247,8 @@ TEST_F(RegistryFolderItems, MessengerAddsTheLogFolderOfEveryPassport) {
   testing::SetRegistryText(HKEY_CURRENT_USER, passports + L"\\111", L"MessageLogPath", L"C:\\Logs\\one");
   testing::SetRegistryText(HKEY_CURRENT_USER, passports + L"\\222", L"Other", L"x");
   testing::SetRegistryText(HKEY_CURRENT_USER, passports + L"\\333", L"MessageLogPath", L"D:\\three");
-  EXPECT_EQ(Fill(205, paths_), (std::vector<Row>{File(L"C:\\Logs\\one\\", L"*.*", 10), File(L"D:\\three\\", L"*.*", 10)}));
+  EXPECT_EQ(Fill(205, paths_),
+            (std::vector<Row>{File(L"C:\\Logs\\one\\", L"*.*", 10), File(L"D:\\three\\", L"*.*", 10)}));
 }
 
 TEST_F(RegistryFolderItems, ADefaultValueThatIsNotTextAddsNothing) {

@@ -68,9 +68,10 @@ TEST(RegistryScan, StopsAfterTheEntryBeingHandled) {
   for (int i = 0; i < 20; ++i) key.SetText(L"", L"v" + std::to_wstring(i), L"x");
   std::atomic<HANDLE> stopEvent{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   int reported = 0;
-  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stopEvent), [&](std::wstring_view, std::wstring_view) {
-    if (++reported == 3) SetEvent(stopEvent.load());
-  });
+  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stopEvent),
+                       [&](std::wstring_view, std::wstring_view) {
+                         if (++reported == 3) SetEvent(stopEvent.load());
+                       });
   EXPECT_EQ(reported, 3);
   CloseHandle(stopEvent.load());
 
@@ -149,9 +150,9 @@ TEST(RegistryDepth, ChainsFourHundredKeysDeepAreScannedAndErasedWhole) {
   // Built level by level so no path grows beyond what the registry accepts in one call.
   for (int level = 0; level < 400; ++level) {
     HKEY child = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(parent.Get(), L"k", 0, nullptr, 0, KEY_ALL_ACCESS | kRegistryView, nullptr, &child,
-                              nullptr),
-              ERROR_SUCCESS)
+    ASSERT_EQ(
+        RegCreateKeyExW(parent.Get(), L"k", 0, nullptr, 0, KEY_ALL_ACCESS | kRegistryView, nullptr, &child, nullptr),
+        ERROR_SUCCESS)
         << "level " << level;
     parent = UniqueKey(child);
   }

@@ -45,9 +45,7 @@ TEST_F(TestPrefix, ScratchDrivesAreACdromAndAWritableFixedDisk) {
   EXPECT_TRUE(DeleteFileW(probe.c_str()));
 }
 
-TEST_F(TestPrefix, ProgramsRunFromTheirOwnFolderOnC) {
-  EXPECT_EQ(ModuleFolder(), L"C:\\lumenor\\");
-}
+TEST_F(TestPrefix, ProgramsRunFromTheirOwnFolderOnC) { EXPECT_EQ(ModuleFolder(), L"C:\\lumenor\\"); }
 
 }  // namespace
 }  // namespace lumenor

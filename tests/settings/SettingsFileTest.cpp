@@ -38,24 +38,51 @@ class SettingsFile : public ::testing::Test {
 TEST_F(SettingsFile, DefaultsAreWrittenKeyForKeyInOrder) {
   ASSERT_TRUE(WriteDefaultSettings(file_));
   const std::vector<std::string> expected = {
-      "[General Settings]", "Run at windows startup=0", "Automaticly update=0",
-      "[Exit setting]", "exit=0", "tray=1",
-      "[Scan Schduler]", "every=0", "day=0", "hour=9", "minute=38", "when=0",
-      "[OneClickItem]", "OneClickItems=10",
-      "item0=104", "item1=105", "item2=106", "item3=107", "item4=108",
-      "item5=109", "item6=113", "item7=129", "item8=130", "item9=132",
-      "[DefaultItem]", "DefaultItems=12",
-      "item0=104", "item1=105", "item2=106", "item3=107", "item4=108",
-      "item5=109", "item6=113", "item7=129", "item8=130", "item9=141",
-      "[RecentItem]", "RecentItems=-1",
+      "[General Settings]",
+      "Run at windows startup=0",
+      "Automaticly update=0",
+      "[Exit setting]",
+      "exit=0",
+      "tray=1",
+      "[Scan Schduler]",
+      "every=0",
+      "day=0",
+      "hour=9",
+      "minute=38",
+      "when=0",
+      "[OneClickItem]",
+      "OneClickItems=10",
+      "item0=104",
+      "item1=105",
+      "item2=106",
+      "item3=107",
+      "item4=108",
+      "item5=109",
+      "item6=113",
+      "item7=129",
+      "item8=130",
+      "item9=132",
+      "[DefaultItem]",
+      "DefaultItems=12",
+      "item0=104",
+      "item1=105",
+      "item2=106",
+      "item3=107",
+      "item4=108",
+      "item5=109",
+      "item6=113",
+      "item7=129",
+      "item8=130",
+      "item9=141",
+      "[RecentItem]",
+      "RecentItems=-1",
   };
   EXPECT_EQ(MeaningfulLines(path_), expected);
 }
 
 TEST_F(SettingsFile, DefaultScanSelectionDeclaresTwelveOfWhichTwoReadAsOne) {
   ASSERT_TRUE(WriteDefaultSettings(file_));
-  EXPECT_EQ(ReadScanSelection(file_),
-            (std::vector<unsigned>{104, 105, 106, 107, 108, 109, 113, 129, 130, 141, 1, 1}));
+  EXPECT_EQ(ReadScanSelection(file_), (std::vector<unsigned>{104, 105, 106, 107, 108, 109, 113, 129, 130, 141, 1, 1}));
   EXPECT_EQ(ReadSelection(file_, Selection::kOneClick),
             (std::vector<unsigned>{104, 105, 106, 107, 108, 109, 113, 129, 130, 132}));
 }

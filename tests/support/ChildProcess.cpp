@@ -69,8 +69,8 @@ ProgramResult RunProgram(const std::wstring& program, std::wstring_view argument
   startup.hStdError = errWrite;
   PROCESS_INFORMATION process{};
   std::wstring commandLine = CommandLineFor(program, arguments);
-  const bool started = CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                      nullptr, &startup, &process) != FALSE;
+  const bool started = CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                                      &startup, &process) != FALSE;
   CloseHandle(outWrite);
   CloseHandle(errWrite);
   if (started) {

@@ -24,8 +24,8 @@ TempFolder::TempFolder() {
   static std::atomic<unsigned> counter{0};
   const std::wstring root = TempRoot();
   for (;;) {
-    path_ = root + L"lumenor-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-            std::to_wstring(counter++) + L"\\";
+    path_ =
+        root + L"lumenor-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++) + L"\\";
     if (CreateDirectoryW(path_.c_str(), nullptr)) {
       return;
     }
@@ -81,8 +81,8 @@ void RemoveTree(const std::wstring& folder) {
 }
 
 std::string ReadFileBytes(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     return {};
   }
@@ -102,9 +102,9 @@ bool WriteFileBytes(const std::wstring& path, std::string_view bytes) {
     return false;
   }
   DWORD written = 0;
-  const bool ok = bytes.empty() ||
-                  (WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
-                   written == bytes.size());
+  const bool ok =
+      bytes.empty() ||
+      (WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) && written == bytes.size());
   CloseHandle(file);
   return ok;
 }

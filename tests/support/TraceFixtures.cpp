@@ -61,9 +61,7 @@ void DeleteLinkKey(HKEY root, const std::wstring& path) {
 
 }  // namespace
 
-TestKey::TestKey(HKEY root) : root_(root), path_(std::wstring(kTestsKey) + L"\\" + UniqueKeyName()) {
-  CreateKey(L"");
-}
+TestKey::TestKey(HKEY root) : root_(root), path_(std::wstring(kTestsKey) + L"\\" + UniqueKeyName()) { CreateKey(L""); }
 
 TestKey::~TestKey() {
   for (const std::wstring& link : links_) {
@@ -101,8 +99,8 @@ bool TestKey::KeyExists(std::wstring_view subKey) const {
 
 bool TestKey::ValueExists(std::wstring_view subKey, std::wstring_view name) const {
   UniqueKey key = OpenKey(root_, *this / subKey, KEY_READ);
-  return key && RegQueryValueExW(key.Get(), std::wstring(name).c_str(), nullptr, nullptr, nullptr, nullptr) ==
-                    ERROR_SUCCESS;
+  return key &&
+         RegQueryValueExW(key.Get(), std::wstring(name).c_str(), nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
 bool TestKey::CreateLink(std::wstring_view subKey, std::wstring_view targetSubKey) const {
@@ -117,8 +115,9 @@ bool TestKey::CreateLink(std::wstring_view subKey, std::wstring_view targetSubKe
   }
   links_.push_back(linkPath);
   const std::wstring target = L"\\Registry\\User\\" + CurrentUserSid() + L"\\" + (*this / targetSubKey);
-  const bool set = RegSetValueExW(link, L"SymbolicLinkValue", 0, REG_LINK, reinterpret_cast<const BYTE*>(target.c_str()),
-                                  static_cast<DWORD>(target.size() * sizeof(wchar_t))) == ERROR_SUCCESS;
+  const bool set =
+      RegSetValueExW(link, L"SymbolicLinkValue", 0, REG_LINK, reinterpret_cast<const BYTE*>(target.c_str()),
+                     static_cast<DWORD>(target.size() * sizeof(wchar_t))) == ERROR_SUCCESS;
   RegCloseKey(link);
   return set;
 }
