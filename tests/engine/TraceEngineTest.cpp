@@ -1,0 +1,147 @@
+// Whole items: scanning reports rows and counts them up the tree, erasing runs every
+// location, and single listed traces are removed as the results list does it.
+#include "catalogue/Catalogue.h"
+#include "engine/Locations.h"
+#include "engine/Registry.h"
+#include "engine/TraceEngine.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TraceFixtures.h"
+
+#include <gtest/gtest.h>
+
+namespace lumenor {
+namespace {
+
+using testing::MakeFile;
+using testing::RecordedTrace;
+using testing::TempFolder;
+using testing::TestKey;
+
+class ItemInTree : public ::testing::Test {
+ protected:
+  CCatalogue catalogue_ = CCatalogue::Build();
+  CMyObject& Node(unsigned id) { return *FindNodeById(catalogue_.Root(), id); }
+};
+
+TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCategory) {
+  TestKey key;
+  key.SetText(L"MRU", L"a", L"notepad");
+  key.SetText(L"MRU", L"b", L"cmd");
+  TempFolder folder;
+  MakeFile(folder / L"report.lnk");
+
+  CMyObject& item = Node(113);
+  item.ClearLocations();
+  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", 0));
+  ASSERT_TRUE(item.AddLocation(nullptr, folder.Path(), L"*.*", kMatchEveryFile));
+  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"Missing", L"*.*", 0));
+  CMyObject& other = Node(104);
+  other.ClearLocations();
+  ASSERT_TRUE(other.AddLocation(nullptr, folder.Path(), L"report.lnk", kMatchExactName));
+
+  testing::RecordingSink sink;
+  ScanItem(item, sink, StopToken());
+  ScanItem(other, sink, StopToken());
+  const std::wstring keyText = L"HKEY_CURRENT_USER\\" + (key / L"MRU");
+  EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{113, L"a", keyText, true},
+                                                     {113, L"b", keyText, true},
+                                                     {113, L"report.lnk", folder.Path(), false},
+                                                     {104, L"report.lnk", folder.Path(), false}}));
+  EXPECT_EQ(sink.started, (std::vector<unsigned>{113, 104}));
+  EXPECT_EQ(sink.finished, (std::vector<unsigned>{113, 104}));
+  EXPECT_EQ(item.FoundCount(), 3);
+  EXPECT_EQ(other.FoundCount(), 1);
+  EXPECT_EQ(item.Parent()->FoundCount(), 4) << "Windows Entries counts both items";
+  EXPECT_EQ(item.Parent()->Parent()->FoundCount(), 4);
+  EXPECT_EQ(item.CurrentLocation(), 2);
+
+  ResetFoundCounts(catalogue_.Root());
+  EXPECT_EQ(item.FoundCount(), 0);
+  EXPECT_EQ(item.Parent()->Parent()->FoundCount(), 0);
+}
+
+TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
+  TestKey key;
+  key.SetText(L"MRU", L"a", L"notepad");
+  key.SetText(L"MRU", L"b", L"cmd");
+  key.SetText(L"Values", L"lastkey", L"x");
+  TempFolder folder;
+  MakeFile(folder / L"one.tmp");
+  MakeFile(folder / L"sub\\two.tmp");
+
+  CMyObject& item = Node(125);
+  item.ClearLocations();
+  item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", 0);
+  item.AddLocation(nullptr, folder.Path(), L"*.*", 1);  // a kind no scan reports, erased all the same
+  item.AddLocation(HKEY_CURRENT_USER, key / L"Values", L"lastkey", 0);
+  testing::RecordingTally tally;
+  EraseItem(item, tally);
+  EXPECT_EQ(tally.reports, (std::vector<int>{2, 1, 1, 1}));
+  EXPECT_FALSE(key.KeyExists(L"MRU"));
+  EXPECT_FALSE(key.ValueExists(L"Values", L"lastkey"));
+  EXPECT_FALSE(testing::FileExists(folder.Path()));
+  EXPECT_EQ(item.CurrentLocation(), 2);
+}
+
+TEST_F(ItemInTree, VisitedSitesAlsoClearTheBrowserStoreWhereThereIsOne) {
+  TempFolder history;
+  MakeFile(history / L"index.dat");
+  CMyObject& item = Node(130);
+  item.ClearLocations();
+  item.AddLocation(nullptr, history.Path(), L"*.*", kMatchEveryFile);
+  testing::RecordingTally tally;
+  EraseItem(item, tally);  // the store may be missing here: nothing must break
+  EXPECT_EQ(tally.erased, 1);
+}
+
+TEST_F(ItemInTree, RecycleBinsAreEmptiedWithoutGoingThroughALinkInThem) {
+  if (GetFileAttributesW(L"E:\\RECYCLER\\bin-link") == INVALID_FILE_ATTRIBUTES) {
+    GTEST_SKIP() << "no link fixtures here (they come with the Wine test harness)";
+  }
+  MakeFile(L"E:\\RECYCLER\\S-1-5-21-1\\Dc1.txt");
+  MakeFile(L"C:\\RECYCLER\\S-1-5-21-1\\Dc2.txt");
+  CMyObject& item = Node(107);
+  FillLocations(item);
+  testing::RecordingSink sink;
+  ScanItem(item, sink, StopToken());
+  for (const RecordedTrace& trace : sink.traces) {
+    EXPECT_NE(trace.name, L"canary.txt");
+  }
+  testing::RecordingTally tally;
+  EraseItem(item, tally);
+  EXPECT_FALSE(testing::FileExists(L"E:\\RECYCLER\\S-1-5-21-1\\Dc1.txt"));
+  EXPECT_FALSE(testing::FileExists(L"C:\\RECYCLER\\S-1-5-21-1\\Dc2.txt"));
+  EXPECT_TRUE(testing::FileExists(L"E:\\link-fixtures\\targets\\bin\\canary.txt"));
+}
+
+TEST(RemoveListedTrace, AFileRowGoesOnlyWithItsFile) {
+  TempFolder folder;
+  MakeFile(folder / L"cookie.txt");
+  EXPECT_TRUE(RemoveListedTrace(L"cookie.txt", folder.Path(), false));
+  EXPECT_FALSE(testing::FileExists(folder / L"cookie.txt"));
+  EXPECT_FALSE(RemoveListedTrace(L"cookie.txt", folder.Path(), false)) << "already gone: the row stays";
+  EXPECT_FALSE(RemoveListedTrace(L"cookie.txt", L"relative\\", false));
+}
+
+TEST(RemoveListedTrace, ARegistryRowAlwaysGoesAndActsOnTheCurrentUser) {
+  TestKey user;
+  user.SetText(L"", L"url1", L"http://a.example/");
+  EXPECT_TRUE(RemoveListedTrace(L"url1", L"HKEY_CURRENT_USER\\" + user.Path(), true));
+  EXPECT_FALSE(user.ValueExists(L"", L"url1"));
+
+  // A row of the machine branch names the same path under the current user.
+  TestKey machine(HKEY_LOCAL_MACHINE);
+  machine.SetText(L"", L"DefaultUserName", L"me");
+  testing::SetRegistryText(HKEY_CURRENT_USER, machine.Path(), L"DefaultUserName", L"twin");
+  EXPECT_TRUE(RemoveListedTrace(L"DefaultUserName", L"HKEY_LOCAL_MACHINE\\" + machine.Path(), true));
+  EXPECT_TRUE(machine.ValueExists(L"", L"DefaultUserName"));
+  const UniqueKey twin = OpenKey(HKEY_CURRENT_USER, machine.Path(), KEY_READ);
+  ASSERT_TRUE(twin);
+  EXPECT_NE(RegQueryValueExW(twin.Get(), L"DefaultUserName", nullptr, nullptr, nullptr, nullptr), ERROR_SUCCESS);
+  RegDeleteKeyExW(HKEY_CURRENT_USER, machine.Path().c_str(), kRegistryView, 0);
+
+  EXPECT_TRUE(RemoveListedTrace(L"gone", L"HKEY_CURRENT_USER\\Software\\LumenorTests\\nowhere", true));
+}
+
+}  // namespace
+}  // namespace lumenor
