@@ -57,8 +57,9 @@ bool CNButtonEx::OnReflected(UINT message, WPARAM, LPARAM lParam, LRESULT& resul
 
 void CNButtonEx::Draw(const DRAWITEMSTRUCT& item) const {
   const RECT& rect = item.rcItem;
-  if (hasPictures_) {
-    (void)pictures_[LookFor(item.itemState)].DrawStretched(item.hDC, rect);
+  // A look without its picture shows the normal picture; without that, the plain face.
+  if (hasPictures_ && (pictures_[LookFor(item.itemState)].DrawStretched(item.hDC, rect) ||
+                       pictures_[kNormal].DrawStretched(item.hDC, rect))) {
     return;
   }
   CMemDC memory(item.hDC, rect);
@@ -72,7 +73,7 @@ void CNButtonEx::Draw(const DRAWITEMSTRUCT& item) const {
 
   RECT textRect = rect;
   std::wstring caption = Text();
-  HGDIOBJ oldFont = ::SelectObject(dc, DialogFont(::GetParent(window_)));
+  HGDIOBJ oldFont = ::SelectObject(dc, DialogFont(window_));
   (void)::SetBkMode(dc, TRANSPARENT);
   (void)::SetTextColor(dc, look == kDisabled ? RGB(110, 110, 110) : RGB(255, 255, 255));
   (void)::DrawTextW(dc, caption.c_str(), static_cast<int>(caption.size()), &textRect,

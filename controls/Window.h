@@ -65,6 +65,17 @@ class CWindow {
   bool Move(const RECT& rect, bool repaint = true) const {
     return Move(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, repaint);
   }
+  // Changes the window's style bits and lets the frame follow.
+  bool ChangeStyle(DWORD remove, DWORD add) const {
+    const LONG old = ::GetWindowLongW(window_, GWL_STYLE);
+    ::SetLastError(0);
+    if (::SetWindowLongW(window_, GWL_STYLE, static_cast<LONG>((static_cast<DWORD>(old) & ~remove) | add)) == 0 &&
+        ::GetLastError() != 0) {
+      return false;
+    }
+    return ::SetWindowPos(window_, nullptr, 0, 0, 0, 0,
+                          SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE) != FALSE;
+  }
   bool Invalidate(bool erase = false) const { return ::InvalidateRect(window_, nullptr, erase ? TRUE : FALSE) != FALSE; }
 
   bool StartTimer(UINT_PTR id, UINT periodMs) const { return ::SetTimer(window_, id, periodMs, nullptr) != 0; }
