@@ -34,8 +34,13 @@ function(lumenor_add_library name)
   target_link_libraries(${name} PUBLIC lumenor_options)
 endfunction()
 
+# The pictures that res/artwork.rc names: the resource compiler reports no dependency on
+# them, so a redrawn picture would otherwise not be compiled in again.
+file(GLOB LUMENOR_ARTWORK_FILES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/art/*)
+
 # Resources are linked into each executable (a resource object inside a static library
 # would be dropped by the linker).
 function(lumenor_add_resources target)
   target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/res/lumenor.rc)
+  set_property(SOURCE ${PROJECT_SOURCE_DIR}/res/lumenor.rc PROPERTY OBJECT_DEPENDS ${LUMENOR_ARTWORK_FILES})
 endfunction()
