@@ -38,7 +38,8 @@ bool CDlgHelp::OnInit() {
 bool CDlgHelp::OnEraseBackground(HDC dc) {
   const RECT client = ClientRect();
   (void)::FillRect(dc, &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
-  (void)background_.DrawStretched(dc, client);
+  // The picture heads the page, centred above the buttons.
+  (void)background_.Draw(dc, (client.right - background_.Size().cx) / 2, 6);
   return true;
 }
 

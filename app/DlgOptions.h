@@ -3,7 +3,9 @@
 #pragma once
 
 #include "app/Settings.h"
+#include "controls/Bitmap.h"
 #include "controls/Dialog.h"
+#include "controls/NButtonEx.h"
 
 namespace lumenor {
 
@@ -20,6 +22,11 @@ class CDlgOptions : public controls::CDialog {
  protected:
   bool OnInit() override;
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  bool OnEraseBackground(HDC dc) override;
+
+ private:
+  controls::CBitmapResource panel_;
+  controls::CNButtonEx save_;
 };
 
 }  // namespace lumenor

@@ -23,6 +23,7 @@ namespace {
 constexpr int kWindowWidth = 660;
 constexpr int kCaptionHeight = 34;
 constexpr int kFooterHeight = 40;
+constexpr COLORREF kFooterColour = RGB(226, 234, 244);
 constexpr POINT kTabOrigin{10, 40};
 constexpr SIZE kPageSize{640, 400};
 constexpr int kMainIcon = 128;
@@ -151,10 +152,10 @@ void CPcDlg::SetUpSkin() {
   const int adLeft = kTabOrigin.x + strip.cx + 10;
   (void)CWindow(Item(IDC_MAIN_AD)).Move(adLeft, kTabOrigin.y + 4, kWindowWidth - 10 - adLeft, strip.cy - 8);
   // Footer: the home-page link at the left, Help at the right.
-  (void)CWindow(Item(IDC_MAIN_HOME_LINK)).Move(14, page.bottom + 13, 300, 16);
+  (void)CWindow(Item(IDC_MAIN_HOME_LINK)).Move(14, page.bottom + 14, 240, 16);
   (void)CWindow(Item(IDC_MAIN_HELP_FOOTER)).Move(kWindowWidth - 90, page.bottom + 9, 80, 22);
   const std::wstring home = MakerHomePage();
-  (void)homeLink_.Attach(window_, IDC_MAIN_HOME_LINK, home, home,
+  (void)homeLink_.Attach(window_, IDC_MAIN_HOME_LINK, home, home, kFooterColour,
                          [this](const std::wstring& address) { opener_(address, SW_SHOWNORMAL); });
 }
 
@@ -489,7 +490,7 @@ void CPcDlg::Paint(HDC target) const {
   (void)controls::FillGradient(dc, caption, controls::kSkinCaptionTop, controls::kSkinCaptionBottom);
   const RECT page = PageRect();
   const RECT footer{0, page.bottom + 4, client.right, client.bottom};
-  (void)controls::FillGradient(dc, footer, controls::kSkinBackground, RGB(218, 228, 240));
+  (void)controls::FillSolid(dc, footer, kFooterColour);
   const RECT pageFrame{page.left - 1, page.top - 1, page.right + 1, page.bottom + 1};
   (void)controls::DrawFrame(dc, pageFrame, controls::kSkinBorder);
   (void)controls::DrawFrame(dc, client, controls::kSkinCaptionTop);

@@ -8,11 +8,15 @@ CMyHyperLink::~CMyHyperLink() {
   if (underlined_ != nullptr) {
     (void)::DeleteObject(underlined_);
   }
+  if (background_ != nullptr) {
+    (void)::DeleteObject(background_);
+  }
 }
 
 bool CMyHyperLink::Attach(HWND dialog, int id, const std::wstring& text, const std::wstring& address,
-                          Opener opener) {
+                          COLORREF background, Opener opener) {
   address_ = address;
+  background_ = ::CreateSolidBrush(background);
   opener_ = std::move(opener);
   if (!SubclassItem(dialog, id)) {
     return false;
@@ -37,7 +41,7 @@ bool CMyHyperLink::OnReflected(UINT message, WPARAM wParam, LPARAM, LRESULT& res
   HDC dc = reinterpret_cast<HDC>(wParam);
   (void)::SetTextColor(dc, kSkinAccent);
   (void)::SetBkMode(dc, TRANSPARENT);
-  result = reinterpret_cast<LRESULT>(::GetStockObject(NULL_BRUSH));
+  result = reinterpret_cast<LRESULT>(background_ != nullptr ? background_ : ::GetStockObject(WHITE_BRUSH));
   return true;
 }
 

@@ -16,8 +16,10 @@ class CMyHyperLink : public CControl {
   CMyHyperLink() = default;
   ~CMyHyperLink() override;
 
-  // Takes over a static of a dialog template; it shows `text` and opens `address`.
-  bool Attach(HWND dialog, int id, const std::wstring& text, const std::wstring& address, Opener opener);
+  // Takes over a static of a dialog template; it shows `text` on `background` and opens
+  // `address`.
+  bool Attach(HWND dialog, int id, const std::wstring& text, const std::wstring& address, COLORREF background,
+              Opener opener);
   const std::wstring& Address() const { return address_; }
 
   bool OnReflected(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
@@ -29,6 +31,7 @@ class CMyHyperLink : public CControl {
   std::wstring address_;
   Opener opener_;
   HFONT underlined_ = nullptr;
+  HBRUSH background_ = nullptr;
 };
 
 }  // namespace lumenor::controls

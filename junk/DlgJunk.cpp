@@ -19,7 +19,9 @@ bool CDlgJunk::OnInit() {
   for (size_t index = 0; index < choices_.size(); ++index) {
     (void)choices_[index].Attach(window_, kChoiceIds[index], 0, 0, kPageBackground);
   }
-  (void)start_.Attach(window_, IDC_JUNK_START);
+  if (start_.Attach(window_, IDC_JUNK_START)) {
+    start_.SetPictures(511, 512, 513, 514);
+  }
   HWND catalogue = Item(IDC_JUNK_CATALOG);
   (void)::SendMessageW(catalogue, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT,
                        LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);  // answers the old style

@@ -23,6 +23,9 @@ bool CDlgShred::OnInit() {
     (void)methods_[index].Attach(window_, methodIds[index], 0, 0, kPageBackground);
   }
   methods_[0].SetChecked(true);
+  if (shred_.Attach(window_, IDC_SHRED_SHRED)) {
+    shred_.SetPictures(541, 542, 543, 544);
+  }
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include "controls/Dialog.h"
 #include "controls/MyCheckBox.h"
 #include "controls/MyListCtrl.h"
+#include "controls/NButtonEx.h"
 
 #include <array>
 #include <string>
@@ -31,6 +32,7 @@ class CDlgShred : public controls::CDialog {
 
   controls::CMyListCtrl list_;
   std::array<controls::CMyCheckBox, 3> methods_;
+  controls::CNButtonEx shred_;
 };
 
 }  // namespace lumenor

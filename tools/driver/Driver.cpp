@@ -82,6 +82,12 @@ int wmain(int argc, wchar_t** argv) {
       }
       std::printf("window %ld,%ld %ldx%ld client %ldx%ld\n", window.left, window.top, window.right - window.left,
                   window.bottom - window.top, client.right, client.bottom);
+      // The child windows from the top of the z-order down.
+      for (HWND child = GetWindow(main, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        wchar_t kind[64] = {};
+        (void)GetClassNameW(child, kind, 64);
+        std::printf("  child %d %ls%s\n", GetDlgCtrlID(child), kind, IsWindowVisible(child) != FALSE ? " visible" : "");
+      }
     } else if (step == L"escape") {
       if (!PressEscape()) {
         return 1;
