@@ -17,21 +17,21 @@ namespace {
 constexpr UINT kTrayCallbackMessage = WM_USER + 5;
 constexpr UINT kTrayIconId = 128;
 
+BOOL CALLBACK FindMainWindowProc(HWND window, LPARAM result) {
+  wchar_t title[64] = {};
+  RECT rect{};
+  if (GetWindowTextW(window, title, 64) > 0 && wcscmp(title, L"Lumenor") == 0 &&
+      GetWindowRect(window, &rect) != FALSE && rect.right - rect.left >= 600) {
+    *reinterpret_cast<HWND*>(result) = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
 // The main window is the wide one titled "Lumenor" (the splash is narrower).
 HWND FindMainWindow() {
   HWND found = nullptr;
-  (void)EnumWindows(
-      [](HWND window, LPARAM result) -> BOOL {
-        wchar_t title[64] = {};
-        RECT rect{};
-        if (GetWindowTextW(window, title, 64) > 0 && wcscmp(title, L"Lumenor") == 0 &&
-            GetWindowRect(window, &rect) != FALSE && rect.right - rect.left >= 600) {
-          *reinterpret_cast<HWND*>(result) = window;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&found));
+  (void)EnumWindows(FindMainWindowProc, reinterpret_cast<LPARAM>(&found));
   return found;
 }
 
