@@ -17,12 +17,22 @@ class LumenorApp final : public lumenor::CPcApp {
       splash_->Show(SW_SHOW);
       // Paint it now: the catalogue is built before any message loop runs.
       (void)::UpdateWindow(splash_->Handle());
+      PumpSplash();
     }
   }
   void CloseSplash() override {
+    PumpSplash();
     ::Sleep(1000);
     if (splash_ && splash_->Handle() != nullptr) {
       (void)splash_->End(0);  // hides the modeless splash; it is destroyed at exit
+    }
+  }
+  // Handles what the splash has been sent so far (its first paint and exposure), as no
+  // message loop runs until the main window.
+  void PumpSplash() const {
+    MSG message{};
+    while (splash_ && ::PeekMessageW(&message, splash_->Handle(), 0, 0, PM_REMOVE) != FALSE) {
+      (void)::DispatchMessageW(&message);
     }
   }
   void RunMainWindow() override {

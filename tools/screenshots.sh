@@ -43,7 +43,7 @@ shot() { import -window root "$out/$1.png"; echo "screenshots: $out/$1.png"; }
 
 "$runner" "$prefix" "$build/bin/lumenor.exe" &
 app_pid=$!
-sleep 0.6
+sleep 1.0
 shot 00-splash
 drive wait sleep:800
 shot 01-scan
