@@ -1,35 +1,47 @@
-// Entry point of lumenor.exe.
+// Entry point of lumenor.exe: the application object with its windows.
+#include "app/DlgWelcome.h"
 #include "app/PcApp.h"
-#include "res/resource.h"
+#include "app/PcDlg.h"
 
 #include <windows.h>
 
-namespace {
+#include <memory>
 
-INT_PTR CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM) {
-  switch (message) {
-    case WM_INITDIALOG:
-      return TRUE;
-    case WM_COMMAND:
-      if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) {
-        (void)EndDialog(window, 0);  // the dialog is ours; ending it cannot fail here
-        return TRUE;
-      }
-      break;
-    case WM_CLOSE:
-      (void)EndDialog(window, 0);
-      return TRUE;
-    default:
-      break;
-  }
-  return FALSE;
-}
+namespace {
 
 class LumenorApp final : public lumenor::CPcApp {
  protected:
-  void RunMainWindow() override {
-    (void)DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_MAIN), nullptr, MainWindowProc, 0);
+  void ShowSplash() override {
+    splash_ = std::make_unique<lumenor::CDlgWelcome>();
+    if (splash_->Create(nullptr)) {
+      splash_->Show(SW_SHOW);
+      // Paint it now: the catalogue is built before any message loop runs.
+      (void)::UpdateWindow(splash_->Handle());
+      PumpSplash();
+    }
   }
+  void CloseSplash() override {
+    PumpSplash();
+    ::Sleep(1000);
+    if (splash_ && splash_->Handle() != nullptr) {
+      (void)splash_->End(0);  // hides the modeless splash; it is destroyed at exit
+    }
+  }
+  // Handles what the splash has been sent so far (its first paint and exposure), as no
+  // message loop runs until the main window.
+  void PumpSplash() const {
+    MSG message{};
+    while (splash_ && ::PeekMessageW(&message, splash_->Handle(), 0, 0, PM_REMOVE) != FALSE) {
+      (void)::DispatchMessageW(&message);
+    }
+  }
+  void RunMainWindow() override {
+    lumenor::CPcDlg mainWindow;
+    (void)mainWindow.DoModal(nullptr);  // ends with the quit message; nothing to do with its code
+  }
+
+ private:
+  std::unique_ptr<lumenor::CDlgWelcome> splash_;
 };
 
 }  // namespace

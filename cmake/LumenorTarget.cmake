@@ -37,10 +37,12 @@ endfunction()
 # The pictures that res/artwork.rc names: the resource compiler reports no dependency on
 # them, so a redrawn picture would otherwise not be compiled in again.
 file(GLOB LUMENOR_ARTWORK_FILES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/art/*)
+# Nor on the resource scripts and headers that res/lumenor.rc includes.
+file(GLOB LUMENOR_RESOURCE_PARTS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/*.rc ${PROJECT_SOURCE_DIR}/res/*.h)
 
 # Resources are linked into each executable (a resource object inside a static library
 # would be dropped by the linker).
 function(lumenor_add_resources target)
   target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/res/lumenor.rc)
-  set_property(SOURCE ${PROJECT_SOURCE_DIR}/res/lumenor.rc PROPERTY OBJECT_DEPENDS ${LUMENOR_ARTWORK_FILES})
+  set_property(SOURCE ${PROJECT_SOURCE_DIR}/res/lumenor.rc PROPERTY OBJECT_DEPENDS ${LUMENOR_ARTWORK_FILES} ${LUMENOR_RESOURCE_PARTS})
 endfunction()

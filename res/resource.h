@@ -1,7 +1,114 @@
 // Resource numbers of the executable, grouped by the dialog or page that uses them.
-// The privacy catalogue's names are string-table entries 102 to 387, addressed by item id.
+// The privacy catalogue's names are string-table entries 102 to 387, addressed by item id;
+// the shell's own texts are string-table entries from 4000 up.
 #pragma once
 
-// Main window
+// Main window: the skinned frame with its tab strip, buttons and home-page link.
 #define IDD_MAIN 102
-#define IDC_MAIN_PLACEHOLDER 1000
+#define IDC_MAIN_HELP 1002
+#define IDC_MAIN_HOME_LINK 1037
+#define IDC_MAIN_HELP_FOOTER 1039
+#define IDC_MAIN_AD 1040
+#define IDC_MAIN_UPDATE 1045
+#define IDC_MAIN_TABS 1100
+#define IDC_SKIN_CLOSE 10200
+#define IDC_SKIN_MINIMIZE 10202
+
+// Notification-area menu commands (sent to the main window).
+#define ID_TRAY_SECURITY 20000
+#define ID_TRAY_JUNK 20001
+#define ID_TRAY_SETTINGS 20002
+#define ID_TRAY_SHREDDER 20003
+#define ID_TRAY_HELP_PAGE 20004
+#define ID_TRAY_HELP 20005
+#define ID_TRAY_ONE_CLICK 20006
+#define ID_TRAY_EXIT 20007
+
+// Splash.
+#define IDD_WELCOME 226
+
+// Privacy scan page; every control but the animation is made at run time.
+#define IDD_SCAN 129
+#define IDC_SCAN_ANIMATION 1016
+#define IDC_SCAN_TREE 10000
+#define IDC_SCAN_RESULTS 10001
+#define IDC_SCAN_START 15001
+#define IDC_SCAN_DELETE_ROW 15002
+#define IDC_SCAN_ERASE 15003
+#define IDC_SCAN_SELECT_ALL 15100
+#define IDC_SCAN_SELECT_NONE 15101
+#define IDC_SCAN_SELECT_DEFAULT 15102
+
+// Settings page.
+#define IDD_OPTIONS 130
+#define IDC_OPTIONS_SAVE 1011
+#define IDC_OPTIONS_EXIT 1012
+#define IDC_OPTIONS_TRAY 1013
+#define IDC_OPTIONS_RUN_AT_STARTUP 1017
+#define IDC_OPTIONS_AUTO_UPDATE 1018
+#define IDC_OPTIONS_SCAN_EVERY 1020
+#define IDC_OPTIONS_DAY 1021
+#define IDC_OPTIONS_HOUR 1022
+#define IDC_OPTIONS_MINUTE 1023
+#define IDC_OPTIONS_WHEN 1024
+#define IDC_OPTIONS_AT 1025
+#define IDC_OPTIONS_COLON 1026
+#define IDC_OPTIONS_ONE_CLICK 1044
+#define IDC_OPTIONS_CHECK_UPDATE 1045
+#define IDC_OPTIONS_GENERAL_FRAME 1056
+#define IDC_OPTIONS_EXIT_FRAME 1057
+#define IDC_OPTIONS_SCHEDULER_FRAME 1058
+
+// Shredder page.
+#define IDD_SHRED 157
+#define IDC_SHRED_LIST 1050
+#define IDC_SHRED_QUICK 1051
+#define IDC_SHRED_SAFE 1052
+#define IDC_SHRED_THOROUGH 1053
+#define IDC_SHRED_PROGRESS 1054
+#define IDC_SHRED_ADD_FILE 15005
+#define IDC_SHRED_ADD_FOLDER 15006
+#define IDC_SHRED_CANCEL_FILE 15007
+#define IDC_SHRED_CANCEL_ALL 15008
+#define IDC_SHRED_SHRED 15009
+
+// Junk cleaner page.
+#define IDD_JUNK 350
+#define IDC_JUNK_CATALOG_LABEL 1070
+#define IDC_JUNK_CATALOG 1071
+#define IDC_JUNK_SCOPE_LABEL 1072
+#define IDC_JUNK_ALL_DISKS 1073
+#define IDC_JUNK_CHOOSE_FOLDER 1074
+#define IDC_JUNK_FOLDER 1075
+#define IDC_JUNK_BROWSE 1076
+#define IDC_JUNK_SELECT_LABEL 1077
+#define IDC_JUNK_DEFAULT 1078
+#define IDC_JUNK_ALL 1079
+#define IDC_JUNK_NONE 1080
+#define IDC_JUNK_START 30008
+
+// Help page; its three buttons are made at run time.
+#define IDD_HELP 233
+#define IDC_HELP_SUPPORT 1011
+#define IDC_HELP_MANUAL 1012
+#define IDC_HELP_SUPPORT_AGAIN 1013
+
+// Texts of the shell.
+#define IDS_PRODUCT_NAME 4000
+#define IDS_TRAY_SECURITY 4001
+#define IDS_TRAY_JUNK 4002
+#define IDS_TRAY_SHREDDER 4003
+#define IDS_TRAY_SETTINGS 4004
+#define IDS_TRAY_HELP 4005
+#define IDS_TRAY_ONE_CLICK 4006
+#define IDS_TRAY_EXIT 4007
+#define IDS_AUTO_SCAN_TITLE 4010
+#define IDS_AUTO_SCAN_TEXT 4011
+#define IDS_SCAN_COLUMN_NAME 4020
+#define IDS_SCAN_COLUMN_VALUE 4021
+#define IDS_SCAN_COLUMN_ITEM 4022
+#define IDS_SHRED_COLUMN_NAME 4030
+#define IDS_SHRED_COLUMN_PATH 4031
+#define IDS_SHRED_COLUMN_SIZE 4032
+#define IDS_JUNK_COLUMN_TYPE 4040
+#define IDS_JUNK_COLUMN_DESCRIPTION 4041

@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Runs the benchmarks under Wine in a prefix of their own (build/x86_64/bench-prefix)
-# and prints their figures.
+# Runs the benchmarks and prints their figures: the engine's walks against the plainest
+# ones (in a prefix of their own, build/x86_64/bench-prefix), then start-up time to a
+# visible main window (tools/bench.sh).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/install-deps.sh"
-"$root/scripts/build.sh" x86_64 lumenor-engine-bench >/dev/null
-"$root/tools/wine/run-in-prefix.sh" "$root/build/x86_64/bench-prefix" "$root/build/x86_64/bin/lumenor-engine-bench.exe"
+"$root/scripts/build.sh" x86_64 lumenor-engine-bench lumenor-bench lumenor >/dev/null
+"$root/tools/wine/run-in-prefix.sh" "$root/build/x86_64/bench-prefix" \
+  "$root/build/x86_64/bin/lumenor-engine-bench.exe" "$@"
+"$root/tools/bench.sh" 5

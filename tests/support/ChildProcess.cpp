@@ -134,6 +134,14 @@ bool RunningProgram::CloseWindows() const {
   return !windows.empty();
 }
 
+bool RunningProgram::PostToWindows(UINT message, WPARAM wParam, LPARAM lParam) const {
+  const std::vector<HWND> windows = TopLevelWindowsOf(process_.dwProcessId);
+  for (HWND window : windows) {
+    PostMessageW(window, message, wParam, lParam);
+  }
+  return !windows.empty();
+}
+
 bool RunningProgram::HasVisibleWindow() const {
   for (HWND window : TopLevelWindowsOf(process_.dwProcessId)) {
     if (IsWindowVisible(window)) {

@@ -37,6 +37,8 @@ class RunningProgram {
   DWORD ExitCode() const;
   // Posts WM_CLOSE to the program's top-level windows; false if it has none.
   bool CloseWindows() const;
+  // Posts `message` to the program's top-level windows; false if it has none.
+  bool PostToWindows(UINT message, WPARAM wParam, LPARAM lParam) const;
   // Whether the program has a visible top-level window.
   bool HasVisibleWindow() const;
 

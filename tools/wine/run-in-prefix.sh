@@ -83,6 +83,13 @@ prepare() {
   flock 9
   [ -f "$ready_mark" ] || create_prefix
   seal_prefix
+  # Xvfb runs no window manager, and Wine waits two seconds for one each time it hides a
+  # window that a window manager would look after; such windows are left to Wine here.
+  if [ ! -f "$prefix/.lumenor-unmanaged" ]; then
+    wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
+    wineserver --wait || true
+    touch "$prefix/.lumenor-unmanaged"
+  fi
   exec 9>&-
 }
 

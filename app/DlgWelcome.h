@@ -1,0 +1,28 @@
+// The splash shown while the catalogue is built: a borderless picture centred on the
+// screen. With ShowPlainPicture at 0 it would show its OK button over the other picture;
+// the program only ever shows the plain one.
+#pragma once
+
+#include "controls/Bitmap.h"
+#include "controls/Dialog.h"
+
+namespace lumenor {
+
+class CDlgWelcome : public controls::CDialog {
+ public:
+  static constexpr int kWidth = 456;
+  static constexpr int kHeight = 300;
+
+  CDlgWelcome();
+  int ShowPlainPicture = 1;
+
+ protected:
+  bool OnInit() override;
+  bool OnPaint() override;
+  bool OnEraseBackground(HDC dc) override;
+
+ private:
+  controls::CBitmapResource picture_;
+};
+
+}  // namespace lumenor

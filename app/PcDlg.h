@@ -1,0 +1,122 @@
+// The main window: a skinned frame that owns the five pages and shows one at a time under
+// a four-tab strip, keeps the notification-area icon with its menu and animation, and
+// fires the scheduled scan. Start-up runs it modally; when it ends, the program ends.
+#pragma once
+
+#include "app/DlgHelp.h"
+#include "app/DlgOptions.h"
+#include "app/MakerSite.h"
+#include "controls/Dialog.h"
+#include "controls/GifPicture.h"
+#include "controls/HyperLink.h"
+#include "controls/MyMenu.h"
+#include "controls/MyTabCtrl.h"
+#include "controls/NButtonEx.h"
+#include "junk/DlgJunk.h"
+#include "scan/DlgScan.h"
+#include "shred/DlgShred.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <array>
+#include <functional>
+#include <string>
+
+namespace lumenor {
+
+class CPcDlg : public controls::CDialog {
+ public:
+  static constexpr UINT kTrayCallbackMessage = WM_USER + 5;
+  static constexpr UINT kShowPageMessage = WM_USER + 100;
+  static constexpr UINT kShowShredderMessage = WM_USER + 101;
+  static constexpr UINT kTrayIconId = 128;
+  static constexpr UINT_PTR kSchedulerTimer = 6;
+  static constexpr UINT kSchedulerPeriodMs = 60000;
+  static constexpr UINT_PTR kAnimationTimer = 1000;
+  static constexpr UINT kAnimationPeriodMs = 500;
+  enum Page : int { kScanPage = 0, kJunkPage = 1, kShredPage = 2, kOptionsPage = 3, kHelpPage = 4, kFaqPage = 5 };
+
+  // Pages and web pages open through `opener` (the shell, unless a test watches).
+  explicit CPcDlg(PageOpener opener = OpenWithShell);
+  ~CPcDlg() override;
+
+  // The workers' status in the notification area: start animates the icon (and shows the
+  // balloon while the window is hidden), stop puts the main icon back.
+  void StartTrayAnimation(const std::wstring& title, const std::wstring& text);
+  void StopTrayAnimation(const std::wstring& title, const std::wstring& text);
+  // Hides the other pages and shows page `index` (4: only the help page underneath;
+  // 5: the web help page, nothing hidden).
+  void ShowPage(int index);
+
+  // Where the scheduler's tick reads the local time; the system clock unless replaced.
+  void SetClock(std::function<SYSTEMTIME()> clock) { clock_ = std::move(clock); }
+  // While 1, the scheduler's tick does nothing. Nothing in the program sets it.
+  void SetSchedulerSuspended(int suspended) { schedulerSuspended_ = suspended; }
+
+  CDlgScan& ScanPage() { return scan_; }
+  CDlgJunk& JunkPage() { return junk_; }
+  CDlgShred& ShredPage() { return shred_; }
+  CDlgOptions& OptionsPage() { return options_; }
+  CDlgHelp& HelpPage() { return help_; }
+  const controls::CMyTabCtrl& Tabs() const { return tabs_; }
+  const NOTIFYICONDATAW& TrayRecord() const { return tray_; }
+  bool TrayIconAdded() const { return trayAdded_; }
+  bool TrayMenuBuilt() const { return trayMenu_.Built(); }
+  const std::wstring& TrayTitle() const { return trayTitle_; }
+
+ protected:
+  bool OnInit() override;
+  bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  bool OnCommand(int id, int code, HWND control) override;
+  bool OnTimer(UINT_PTR id) override;
+  bool OnPaint() override;
+  bool OnEraseBackground(HDC dc) override;
+  bool OnClose() override;
+
+ private:
+  void SetUpSkin();
+  void CreatePages();
+  RECT PageRect() const;
+  void AddTrayIcon();
+  bool ModifyTrayIcon();
+  void OnTrayCallback(UINT iconId, UINT mouseMessage);
+  void ShowTrayMenu();
+  void AnimateTrayIcon(int frame);
+  void SchedulerTick();
+  void OnCopyData(const COPYDATASTRUCT& data);
+  void ShowFromMenu(int tab, int page);
+  void CloseButton();
+  void Quit();
+  void Paint(HDC dc) const;
+
+  // GDI+ runs for the life of the window: the pages' animations need it.
+  controls::CGdiplusSession gdiplus_;
+  PageOpener opener_;
+  std::function<SYSTEMTIME()> clock_;
+
+  CDlgScan scan_;
+  CDlgOptions options_;
+  CDlgShred shred_;
+  CDlgJunk junk_;
+  CDlgHelp help_;
+
+  controls::CMyTabCtrl tabs_;
+  std::array<controls::CNButtonEx, 6> buttons_;
+  controls::CMyHyperLink homeLink_;
+  HFONT glyphFont_ = nullptr;
+  HFONT titleFont_ = nullptr;
+
+  NOTIFYICONDATAW tray_{};
+  bool trayAdded_ = false;
+  controls::CMyMenu trayMenu_;
+  std::wstring trayTitle_;
+  std::wstring trayText_;
+  int trayFrame_ = 0;
+  int schedulerSuspended_ = 0;
+  HICON mainIcon_ = nullptr;
+  std::array<HICON, 4> frameIcons_{};
+};
+
+}  // namespace lumenor

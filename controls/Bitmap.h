@@ -1,0 +1,36 @@
+// A bitmap resource of the executable, loaded by number and freed with the object. A
+// number with no bitmap behind it gives an empty object that draws nothing.
+#pragma once
+
+#include <windows.h>
+
+namespace lumenor::controls {
+
+class CBitmapResource {
+ public:
+  CBitmapResource() = default;
+  explicit CBitmapResource(int id) { Load(id); }
+  CBitmapResource(const CBitmapResource&) = delete;
+  CBitmapResource& operator=(const CBitmapResource&) = delete;
+  CBitmapResource(CBitmapResource&& other) noexcept;
+  CBitmapResource& operator=(CBitmapResource&& other) noexcept;
+  ~CBitmapResource() { Reset(); }
+
+  bool Load(int id);
+  void Reset();
+
+  HBITMAP Handle() const { return bitmap_; }
+  explicit operator bool() const { return bitmap_ != nullptr; }
+  SIZE Size() const { return size_; }
+
+  // Draws the bitmap with its top left corner at (x, y), at its own size.
+  bool Draw(HDC dc, int x, int y) const;
+  // Draws the bitmap scaled into `rect`.
+  bool DrawStretched(HDC dc, const RECT& rect) const;
+
+ private:
+  HBITMAP bitmap_ = nullptr;
+  SIZE size_{};
+};
+
+}  // namespace lumenor::controls

@@ -1,0 +1,7 @@
+#include "junk/JunkState.h"
+
+namespace lumenor {
+
+std::atomic<int> JunkSearchRunning{0};
+
+}  // namespace lumenor

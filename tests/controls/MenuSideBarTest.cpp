@@ -1,0 +1,98 @@
+// The owner-drawn menu: entries measured to one side bar as tall as the menu, and each
+// entry drawing its own slice of that bar wherever the system puts the entry.
+#include "controls/MyMenu.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace lumenor::controls {
+namespace {
+
+std::vector<MenuEntry> TrayEntries() {
+  return {{20000, L"Security(&S)", 299}, {20001, L"Junk(&J)", 386}, {20003, L"Shredder(&F)", 297},
+          {20002, L"Settings(&O)", 300}, {20005, L"Help(&H)", 231}, {0, L"", 0},
+          {20006, L"One-click Erase(&C)", 229}, {0, L"", 0}, {20007, L"Exit(&C)", 161}};
+}
+
+ULONG_PTR ItemData(HMENU menu, UINT position) {
+  MENUITEMINFOW info{};
+  info.cbSize = sizeof info;
+  info.fMask = MIIM_DATA;
+  return GetMenuItemInfoW(menu, position, TRUE, &info) != FALSE ? info.dwItemData : 0;
+}
+
+// The pixels of column `x` of a 32-bit top-down picture, rows [top, top + height).
+std::vector<COLORREF> Column(HDC dc, int x, int top, int height) {
+  std::vector<COLORREF> pixels;
+  for (int y = top; y < top + height; ++y) {
+    pixels.push_back(GetPixel(dc, x, y));
+  }
+  return pixels;
+}
+
+TEST(MenuSideBar, EntriesStackToTheSideBarsHeight) {
+  CMyMenu menu;
+  const std::vector<MenuEntry> entries = TrayEntries();
+  ASSERT_TRUE(menu.Build(entries, L"Lumenor", 228));
+  ASSERT_EQ(GetMenuItemCount(menu.Handle()), 9);
+  int total = 0;
+  for (UINT position = 0; position < entries.size(); ++position) {
+    MEASUREITEMSTRUCT measure{};
+    measure.CtlType = ODT_MENU;
+    measure.itemID = entries[position].command;
+    measure.itemData = ItemData(menu.Handle(), position);
+    ASSERT_TRUE(menu.OnMeasureItem(measure)) << "entry " << position;
+    EXPECT_EQ(menu.EntryTop(position), total);
+    EXPECT_GT(static_cast<int>(measure.itemWidth), CMyMenu::kSideBarWidth);
+    total += static_cast<int>(measure.itemHeight);
+  }
+  EXPECT_EQ(menu.TotalHeight(), total);
+  EXPECT_EQ(menu.TotalHeight(), 7 * CMyMenu::kEntryHeight + 2 * CMyMenu::kSeparatorHeight);
+
+  MEASUREITEMSTRUCT foreign{};
+  foreign.CtlType = ODT_MENU;
+  foreign.itemData = 12345;
+  EXPECT_FALSE(menu.OnMeasureItem(foreign)) << "items of other menus are left alone";
+}
+
+TEST(MenuSideBar, EachEntryDrawsItsOwnSliceOfTheBarEvenInsideAFrame) {
+  CMyMenu menu;
+  const std::vector<MenuEntry> entries = TrayEntries();
+  ASSERT_TRUE(menu.Build(entries, L"Lumenor", 228));
+  HDC screen = GetDC(nullptr);
+  HDC bar = CreateCompatibleDC(screen);
+  HDC canvas = CreateCompatibleDC(screen);
+  HBITMAP canvasBitmap = CreateCompatibleBitmap(screen, 200, menu.TotalHeight() + 20);
+  ReleaseDC(nullptr, screen);
+  HGDIOBJ oldCanvas = SelectObject(canvas, canvasBitmap);
+
+  constexpr int kFrame = 3;  // where a menu with a border puts its first entry
+  for (UINT position = 0; position < entries.size(); ++position) {
+    const int height = position + 1 < entries.size() ? menu.EntryTop(position + 1) - menu.EntryTop(position)
+                                                     : menu.TotalHeight() - menu.EntryTop(position);
+    DRAWITEMSTRUCT draw{};
+    draw.CtlType = ODT_MENU;
+    draw.itemID = entries[position].command;
+    draw.itemData = ItemData(menu.Handle(), position);
+    draw.hDC = canvas;
+    draw.rcItem = RECT{kFrame, kFrame + menu.EntryTop(position), 200 - kFrame, kFrame + menu.EntryTop(position) + height};
+    ASSERT_TRUE(menu.OnDrawItem(draw));
+  }
+  // The bar can be in one DC at a time: look at it once the entries have drawn.
+  ASSERT_NE(menu.SideBar(), nullptr);
+  HGDIOBJ oldBar = SelectObject(bar, menu.SideBar());
+  for (int x : {2, CMyMenu::kSideBarWidth / 2, CMyMenu::kSideBarWidth - 1}) {
+    EXPECT_EQ(Column(canvas, kFrame + x, kFrame, menu.TotalHeight()), Column(bar, x, 0, menu.TotalHeight()))
+        << "column " << x << " of the assembled side bar";
+  }
+
+  SelectObject(canvas, oldCanvas);
+  SelectObject(bar, oldBar);
+  DeleteObject(canvasBitmap);
+  DeleteDC(canvas);
+  DeleteDC(bar);
+}
+
+}  // namespace
+}  // namespace lumenor::controls

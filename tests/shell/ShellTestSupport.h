@@ -1,0 +1,46 @@
+// The main window made for one test: modeless, with every opened page recorded instead
+// of started, and a fixed local time for the scheduler.
+#pragma once
+
+#include "app/PcDlg.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lumenor::testing {
+
+struct OpenedPage {
+  std::wstring target;
+  int showCommand;
+};
+
+class MainWindowTest : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  // Makes and shows the main window (after the test has set the start-up state).
+  void Open();
+  // Runs the messages waiting for this thread; a quit message is noted, not acted on.
+  void Pump();
+  void Command(int id) {
+    SendMessageW(Main(), WM_COMMAND, static_cast<WPARAM>(id), 0);
+    Pump();
+  }
+  HWND Main() const { return window_->Handle(); }
+  CPcDlg& Window() { return *window_; }
+  // Which of the four hideable pages are visible: scan, junk, shredder, settings.
+  std::vector<bool> VisiblePages();
+
+  std::unique_ptr<CPcDlg> window_;
+  std::vector<OpenedPage> opened_;
+  SYSTEMTIME now_{};
+  bool quitPosted_ = false;
+  WPARAM quitCode_ = 0;
+};
+
+}  // namespace lumenor::testing

@@ -1,0 +1,103 @@
+// lumenor-driver.exe: drives a running lumenor.exe from outside, for the screenshot
+// script. Each argument is one step:
+//   wait            wait (up to 30 s) until the main window is visible
+//   command:N       send the main window command N (20000 to 20007)
+//   tray-menu       right-click the notification icon (the menu opens at the cursor)
+//   escape          press Esc (closes an open menu)
+//   sleep:MS        pause
+//   info            print the main window's place and size
+#include <windows.h>
+
+#include <cstdio>
+#include <cwchar>
+#include <string>
+
+namespace {
+
+constexpr UINT kTrayCallbackMessage = WM_USER + 5;
+constexpr UINT kTrayIconId = 128;
+
+BOOL CALLBACK FindMainWindowProc(HWND window, LPARAM result) {
+  wchar_t title[64] = {};
+  RECT rect{};
+  if (GetWindowTextW(window, title, 64) > 0 && wcscmp(title, L"Lumenor") == 0 &&
+      GetWindowRect(window, &rect) != FALSE && rect.right - rect.left >= 600) {
+    *reinterpret_cast<HWND*>(result) = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+// The main window is the wide one titled "Lumenor" (the splash is narrower).
+HWND FindMainWindow() {
+  HWND found = nullptr;
+  (void)EnumWindows(FindMainWindowProc, reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+bool PressEscape() {
+  INPUT keys[2] = {};
+  keys[0].type = INPUT_KEYBOARD;
+  keys[0].ki.wVk = VK_ESCAPE;
+  keys[1] = keys[0];
+  keys[1].ki.dwFlags = KEYEVENTF_KEYUP;
+  return SendInput(2, keys, sizeof(INPUT)) == 2;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  for (int index = 1; index < argc; ++index) {
+    const std::wstring step = argv[index];
+    HWND main = FindMainWindow();
+    if (step == L"wait") {
+      for (int waited = 0; (main == nullptr || IsWindowVisible(main) == FALSE) && waited < 30000; waited += 50) {
+        Sleep(50);
+        main = FindMainWindow();
+      }
+      if (main == nullptr) {
+        std::fprintf(stderr, "driver: no main window\n");
+        return 1;
+      }
+    } else if (step.rfind(L"command:", 0) == 0) {
+      if (main == nullptr || PostMessageW(main, WM_COMMAND, std::wcstoul(step.c_str() + 8, nullptr, 10), 0) == FALSE) {
+        std::fprintf(stderr, "driver: cannot send %ls\n", step.c_str());
+        return 1;
+      }
+    } else if (step == L"tray-menu") {
+      RECT rect{};
+      if (main == nullptr || GetWindowRect(main, &rect) == FALSE) {
+        return 1;
+      }
+      // The menu opens at the cursor: put it inside the window's right half.
+      (void)SetCursorPos(rect.right - 260, rect.top + 120);
+      if (PostMessageW(main, kTrayCallbackMessage, kTrayIconId, WM_RBUTTONUP) == FALSE) {
+        return 1;
+      }
+    } else if (step == L"info") {
+      RECT window{};
+      RECT client{};
+      if (main == nullptr || GetWindowRect(main, &window) == FALSE || GetClientRect(main, &client) == FALSE) {
+        return 1;
+      }
+      std::printf("window %ld,%ld %ldx%ld client %ldx%ld\n", window.left, window.top, window.right - window.left,
+                  window.bottom - window.top, client.right, client.bottom);
+      // The child windows from the top of the z-order down.
+      for (HWND child = GetWindow(main, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        wchar_t kind[64] = {};
+        (void)GetClassNameW(child, kind, 64);
+        std::printf("  child %d %ls%s\n", GetDlgCtrlID(child), kind, IsWindowVisible(child) != FALSE ? " visible" : "");
+      }
+    } else if (step == L"escape") {
+      if (!PressEscape()) {
+        return 1;
+      }
+    } else if (step.rfind(L"sleep:", 0) == 0) {
+      Sleep(std::wcstoul(step.c_str() + 6, nullptr, 10));
+    } else {
+      std::fprintf(stderr, "driver: unknown step %ls\n", step.c_str());
+      return 2;
+    }
+  }
+  return 0;
+}
