@@ -37,6 +37,27 @@ class CControl : public CWindow {
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) { return Default(message, wParam, lParam); }
   LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
 
+  // For controls that paint themselves whole: answers WM_PAINT through `paint(dc)` and
+  // WM_ERASEBKGND with "erased". True when `message` was one of the two.
+  template <typename PaintFunction>
+  bool HandlePaintMessage(UINT message, PaintFunction&& paint, LRESULT& result) {
+    if (message == WM_ERASEBKGND) {
+      result = TRUE;
+      return true;
+    }
+    if (message != WM_PAINT) {
+      return false;
+    }
+    PAINTSTRUCT paintInfo{};
+    HDC dc = ::BeginPaint(window_, &paintInfo);
+    if (dc != nullptr) {
+      paint(dc);
+      (void)::EndPaint(window_, &paintInfo);  // always succeeds after a successful BeginPaint
+    }
+    result = 0;
+    return true;
+  }
+
  private:
   static LRESULT CALLBACK SubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                        DWORD_PTR self);

@@ -167,18 +167,11 @@ void CMyDigitDisplay::Paint(HDC target) const {
 }
 
 LRESULT CMyDigitDisplay::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+  LRESULT painted = 0;
+  if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
+    return painted;
+  }
   switch (message) {
-    case WM_PAINT: {
-      PAINTSTRUCT paint{};
-      HDC dc = ::BeginPaint(window_, &paint);
-      if (dc != nullptr) {
-        Paint(dc);
-        (void)::EndPaint(window_, &paint);
-      }
-      return 0;
-    }
-    case WM_ERASEBKGND:
-      return TRUE;
     default:
       return Default(message, wParam, lParam);
   }

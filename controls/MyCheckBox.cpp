@@ -53,18 +53,11 @@ void CMyCheckBox::Paint(HDC target) const {
 }
 
 LRESULT CMyCheckBox::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+  LRESULT painted = 0;
+  if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
+    return painted;
+  }
   switch (message) {
-    case WM_PAINT: {
-      PAINTSTRUCT paint{};
-      HDC dc = ::BeginPaint(window_, &paint);
-      if (dc != nullptr) {
-        Paint(dc);
-        (void)::EndPaint(window_, &paint);
-      }
-      return 0;
-    }
-    case WM_ERASEBKGND:
-      return TRUE;
     case BM_SETCHECK:
     case BM_SETSTATE:
     case WM_SETFOCUS:

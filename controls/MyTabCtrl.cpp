@@ -120,18 +120,11 @@ void CMyTabCtrl::Paint(HDC target) const {
 }
 
 LRESULT CMyTabCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+  LRESULT painted = 0;
+  if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
+    return painted;
+  }
   switch (message) {
-    case WM_PAINT: {
-      PAINTSTRUCT paint{};
-      HDC dc = ::BeginPaint(window_, &paint);
-      if (dc != nullptr) {
-        Paint(dc);
-        (void)::EndPaint(window_, &paint);
-      }
-      return 0;
-    }
-    case WM_ERASEBKGND:
-      return TRUE;
     case WM_MOUSEMOVE: {
       if (hot_ < 0) {
         TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, window_, 0};
