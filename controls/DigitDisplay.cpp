@@ -171,10 +171,7 @@ LRESULT CMyDigitDisplay::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) 
   if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
     return painted;
   }
-  switch (message) {
-    default:
-      return Default(message, wParam, lParam);
-  }
+  return Default(message, wParam, lParam);
 }
 
 }  // namespace lumenor::controls
