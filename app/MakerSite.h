@@ -13,7 +13,7 @@ inline constexpr wchar_t kMakerSiteVariable[] = L"LUMENOR_MAKER_SITE";
 
 // The home page, "http://..." without a final slash; paths are appended to it.
 std::wstring MakerHomePage();
-std::wstring MakerPage(std::wstring_view path);  // on the home site, e.g. "/faq.php"
+std::wstring MakerPage(std::wstring_view path);    // on the home site, e.g. "/faq.php"
 std::wstring MakerAdPage(std::wstring_view path);  // on the second site, "/go.asp?id=201"
 
 // Opens a web page or a document the way the shell does ("open"); windows take it as a

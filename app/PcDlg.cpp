@@ -53,8 +53,8 @@ SYSTEMTIME SystemLocalTime() {
 CPcDlg::CPcDlg(PageOpener opener)
     : CDialog(IDD_MAIN), opener_(std::move(opener)), clock_(SystemLocalTime), help_(opener_) {
   // The pages' templates hold list views and progress bars.
-  INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS |
-                                                   ICC_STANDARD_CLASSES};
+  INITCOMMONCONTROLSEX classes{sizeof classes,
+                               ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS | ICC_STANDARD_CLASSES};
   (void)::InitCommonControlsEx(&classes);  // a class it could not register fails the page that needs it
 }
 
@@ -115,12 +115,12 @@ void CPcDlg::SetUpSkin() {
     (void)tabs_.AddTab(pictures[0], pictures[1], pictures[2]);
   }
 
-  const int ids[6] = {IDC_MAIN_UPDATE, IDC_MAIN_HELP, IDC_MAIN_HELP_FOOTER, IDC_MAIN_AD, IDC_SKIN_MINIMIZE,
-                      IDC_SKIN_CLOSE};
+  const int ids[6] = {IDC_MAIN_UPDATE, IDC_MAIN_HELP,     IDC_MAIN_HELP_FOOTER,
+                      IDC_MAIN_AD,     IDC_SKIN_MINIMIZE, IDC_SKIN_CLOSE};
   for (size_t index = 0; index < buttons_.size(); ++index) {
     (void)buttons_[index].Attach(window_, ids[index]);
   }
-    LOGFONTW title{};
+  LOGFONTW title{};
   if (::GetObjectW(controls::DialogFont(window_), sizeof title, &title) != 0) {
     title.lfWeight = FW_BOLD;
     title.lfHeight = -15;
@@ -134,8 +134,8 @@ void CPcDlg::SetUpSkin() {
   if (::SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0) == FALSE) {
     work = RECT{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
   }
-  (void)Move(work.left + (work.right - work.left - kWindowWidth) / 2,
-             work.top + (work.bottom - work.top - height) / 2, kWindowWidth, height);
+  (void)Move(work.left + (work.right - work.left - kWindowWidth) / 2, work.top + (work.bottom - work.top - height) / 2,
+             kWindowWidth, height);
 
   // Caption band: Update and Help, then minimise and close at the right edge.
   (void)CWindow(Item(IDC_SKIN_CLOSE)).Move(kWindowWidth - 34, 6, 28, 22);

@@ -82,9 +82,10 @@ void InProcess() {
   (void)UpdateWindow(window.Handle());
   Pump();
   const double showMs = MsSince(step);
-  std::printf("in-process: splash %.1f ms, catalogue %.1f ms, main window made %.1f ms, shown and painted %.1f ms, "
-              "total %.1f ms%s\n",
-              splashMs, catalogueMs, createMs, showMs, MsSince(start), made ? "" : " (main window failed)");
+  std::printf(
+      "in-process: splash %.1f ms, catalogue %.1f ms, main window made %.1f ms, shown and painted %.1f ms, "
+      "total %.1f ms%s\n",
+      splashMs, catalogueMs, createMs, showMs, MsSince(start), made ? "" : " (main window failed)");
   lumenor::FreeCatalogue();
 }
 
@@ -115,9 +116,10 @@ void WholeProgram(int runs) {
     (void)CloseHandle(process.hProcess);
   }
   std::sort(figures.begin(), figures.end());
-  std::printf("whole program, start to visible main window less the 1000 ms pause, %d runs: median %.0f ms, "
-              "best %.0f ms, worst %.0f ms\n",
-              runs, figures[figures.size() / 2], figures.front(), figures.back());
+  std::printf(
+      "whole program, start to visible main window less the 1000 ms pause, %d runs: median %.0f ms, "
+      "best %.0f ms, worst %.0f ms\n",
+      runs, figures[figures.size() / 2], figures.front(), figures.back());
 }
 
 }  // namespace

@@ -45,8 +45,8 @@ CBitmapResource& CBitmapResource::operator=(CBitmapResource&& other) noexcept {
 
 bool CBitmapResource::Load(int id) {
   Reset();
-  bitmap_ = static_cast<HBITMAP>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0,
-                                              0, LR_CREATEDIBSECTION));
+  bitmap_ = static_cast<HBITMAP>(
+      ::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
   if (bitmap_ == nullptr) {
     return false;
   }

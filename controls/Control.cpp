@@ -26,12 +26,11 @@ bool CControl::Subclass(HWND window) {
   return true;
 }
 
-bool CControl::Create(const wchar_t* windowClass, const wchar_t* text, DWORD style, DWORD exStyle,
-                      const RECT& rect, HWND parent, int id) {
-  HWND window = ::CreateWindowExW(exStyle, windowClass, text, style | WS_CHILD, rect.left, rect.top,
-                                  rect.right - rect.left, rect.bottom - rect.top, parent,
-                                  reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ::GetModuleHandleW(nullptr),
-                                  nullptr);
+bool CControl::Create(const wchar_t* windowClass, const wchar_t* text, DWORD style, DWORD exStyle, const RECT& rect,
+                      HWND parent, int id) {
+  HWND window = ::CreateWindowExW(
+      exStyle, windowClass, text, style | WS_CHILD, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+      parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ::GetModuleHandleW(nullptr), nullptr);
   if (window == nullptr) {
     return false;
   }
@@ -55,7 +54,7 @@ void CControl::Release() {
     return;
   }
   if (::IsWindow(window_) != FALSE) {
-    (void)::RemovePropW(window_, kObjectProperty);  // answers the property's old value
+    (void)::RemovePropW(window_, kObjectProperty);                     // answers the property's old value
     (void)::RemoveWindowSubclass(window_, SubclassProc, kSubclassId);  // fails only if never set
   }
   window_ = nullptr;

@@ -47,8 +47,8 @@ INT_PTR CDialog::DoModal(HWND owner) {
 
 bool CDialog::Create(HWND parent) {
   modal_ = false;
-  HWND window = ::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(templateId_), parent,
-                                     DialogProc, reinterpret_cast<LPARAM>(this));
+  HWND window = ::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(templateId_), parent, DialogProc,
+                                     reinterpret_cast<LPARAM>(this));
   return window != nullptr;
 }
 

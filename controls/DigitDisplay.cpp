@@ -12,16 +12,16 @@ namespace {
 using Segment = CMyDigitDisplay::Segment;
 
 constexpr uint16_t kSevenSegmentDigits[10] = {
-    Segment::kA | Segment::kB | Segment::kC | Segment::kD | Segment::kE | Segment::kF,  // 0
-    Segment::kB | Segment::kC,                                                          // 1
-    Segment::kA | Segment::kB | Segment::kG | Segment::kE | Segment::kD,                // 2
-    Segment::kA | Segment::kB | Segment::kG | Segment::kC | Segment::kD,                // 3
-    Segment::kF | Segment::kG | Segment::kB | Segment::kC,                              // 4
-    Segment::kA | Segment::kF | Segment::kG | Segment::kC | Segment::kD,                // 5
-    Segment::kA | Segment::kF | Segment::kG | Segment::kE | Segment::kC | Segment::kD,  // 6
-    Segment::kA | Segment::kB | Segment::kC,                                            // 7
+    Segment::kA | Segment::kB | Segment::kC | Segment::kD | Segment::kE | Segment::kF,                // 0
+    Segment::kB | Segment::kC,                                                                        // 1
+    Segment::kA | Segment::kB | Segment::kG | Segment::kE | Segment::kD,                              // 2
+    Segment::kA | Segment::kB | Segment::kG | Segment::kC | Segment::kD,                              // 3
+    Segment::kF | Segment::kG | Segment::kB | Segment::kC,                                            // 4
+    Segment::kA | Segment::kF | Segment::kG | Segment::kC | Segment::kD,                              // 5
+    Segment::kA | Segment::kF | Segment::kG | Segment::kE | Segment::kC | Segment::kD,                // 6
+    Segment::kA | Segment::kB | Segment::kC,                                                          // 7
     Segment::kA | Segment::kB | Segment::kC | Segment::kD | Segment::kE | Segment::kF | Segment::kG,  // 8
-    Segment::kA | Segment::kB | Segment::kC | Segment::kD | Segment::kF | Segment::kG,  // 9
+    Segment::kA | Segment::kB | Segment::kC | Segment::kD | Segment::kF | Segment::kG,                // 9
 };
 
 // A cell is 3 units wide and 5 high (before scaling): the ends of each stroke.
@@ -168,7 +168,8 @@ void CMyDigitDisplay::Paint(HDC target) const {
 
 LRESULT CMyDigitDisplay::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   LRESULT painted = 0;
-  if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
+  if (HandlePaintMessage(
+          message, [this](HDC dc) { Paint(dc); }, painted)) {
     return painted;
   }
   return Default(message, wParam, lParam);

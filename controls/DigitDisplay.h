@@ -24,9 +24,20 @@ class CMyDigitDisplay : public CControl {
   // e lower left, f upper left, g middle. Fourteen add the split middle (g is its left
   // half, kMiddleRight the right half) and the four diagonals and two centre strokes.
   enum Segment : uint16_t {
-    kA = 1 << 0, kB = 1 << 1, kC = 1 << 2, kD = 1 << 3, kE = 1 << 4, kF = 1 << 5, kG = 1 << 6,
-    kMiddleRight = 1 << 7, kUpperLeftDiagonal = 1 << 8, kUpperCentre = 1 << 9, kUpperRightDiagonal = 1 << 10,
-    kLowerLeftDiagonal = 1 << 11, kLowerCentre = 1 << 12, kLowerRightDiagonal = 1 << 13,
+    kA = 1 << 0,
+    kB = 1 << 1,
+    kC = 1 << 2,
+    kD = 1 << 3,
+    kE = 1 << 4,
+    kF = 1 << 5,
+    kG = 1 << 6,
+    kMiddleRight = 1 << 7,
+    kUpperLeftDiagonal = 1 << 8,
+    kUpperCentre = 1 << 9,
+    kUpperRightDiagonal = 1 << 10,
+    kLowerLeftDiagonal = 1 << 11,
+    kLowerCentre = 1 << 12,
+    kLowerRightDiagonal = 1 << 13,
   };
 
   // The lit segments of one character; 0 (blank) for characters the display cannot show.

@@ -157,7 +157,8 @@ void CMyGifPicture::Paint(HDC target) const {
 
 LRESULT CMyGifPicture::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   LRESULT painted = 0;
-  if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
+  if (HandlePaintMessage(
+          message, [this](HDC dc) { Paint(dc); }, painted)) {
     return painted;
   }
   switch (message) {

@@ -54,7 +54,8 @@ void CMyCheckBox::Paint(HDC target) const {
 
 LRESULT CMyCheckBox::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   LRESULT painted = 0;
-  if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
+  if (HandlePaintMessage(
+          message, [this](HDC dc) { Paint(dc); }, painted)) {
     return painted;
   }
   switch (message) {

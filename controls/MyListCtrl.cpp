@@ -70,7 +70,8 @@ std::wstring CMyListCtrl::RowText(int row, int column) const {
   item.iSubItem = column;
   item.pszText = buffer;
   item.cchTextMax = static_cast<int>(std::size(buffer));
-  const auto length = static_cast<size_t>(Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item)));
+  const auto length =
+      static_cast<size_t>(Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item)));
   return std::wstring(buffer, length < std::size(buffer) ? length : 0);
 }
 

@@ -89,9 +89,7 @@ int CMyMenu::EntryTop(size_t index) const {
   return top;
 }
 
-bool CMyMenu::IsOurs(ULONG_PTR itemData) const {
-  return itemData >= kItemTag && itemData - kItemTag < entries_.size();
-}
+bool CMyMenu::IsOurs(ULONG_PTR itemData) const { return itemData >= kItemTag && itemData - kItemTag < entries_.size(); }
 
 bool CMyMenu::OnMeasureItem(MEASUREITEMSTRUCT& measure) const {
   if (measure.CtlType != ODT_MENU || !IsOurs(measure.itemData)) {
@@ -176,8 +174,8 @@ bool CMyMenu::OnDrawItem(const DRAWITEMSTRUCT& draw) {
     HDC source = ::CreateCompatibleDC(dc);
     if (source != nullptr) {
       HGDIOBJ old = ::SelectObject(source, band);
-      (void)::BitBlt(dc, item.left, item.top, kSideBarWidth, item.bottom - item.top, source, 0,
-                     EntryTop(index), SRCCOPY);
+      (void)::BitBlt(dc, item.left, item.top, kSideBarWidth, item.bottom - item.top, source, 0, EntryTop(index),
+                     SRCCOPY);
       (void)::SelectObject(source, old);
       (void)::DeleteDC(source);
     }

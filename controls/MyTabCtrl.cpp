@@ -121,7 +121,8 @@ void CMyTabCtrl::Paint(HDC target) const {
 
 LRESULT CMyTabCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   LRESULT painted = 0;
-  if (HandlePaintMessage(message, [this](HDC dc) { Paint(dc); }, painted)) {
+  if (HandlePaintMessage(
+          message, [this](HDC dc) { Paint(dc); }, painted)) {
     return painted;
   }
   switch (message) {

@@ -76,7 +76,9 @@ class CWindow {
     return ::SetWindowPos(window_, nullptr, 0, 0, 0, 0,
                           SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE) != FALSE;
   }
-  bool Invalidate(bool erase = false) const { return ::InvalidateRect(window_, nullptr, erase ? TRUE : FALSE) != FALSE; }
+  bool Invalidate(bool erase = false) const {
+    return ::InvalidateRect(window_, nullptr, erase ? TRUE : FALSE) != FALSE;
+  }
 
   bool StartTimer(UINT_PTR id, UINT periodMs) const { return ::SetTimer(window_, id, periodMs, nullptr) != 0; }
   bool StopTimer(UINT_PTR id) const { return ::KillTimer(window_, id) != FALSE; }

@@ -84,8 +84,8 @@ void CDlgScan::FillTree() {
     insert.hInsertAfter = TVI_LAST;
     insert.item.mask = TVIF_TEXT;
     insert.item.pszText = const_cast<wchar_t*>(node.Name().c_str());
-    auto* inserted = reinterpret_cast<HTREEITEM>(::SendMessageW(tree_, TVM_INSERTITEMW, 0,
-                                                                reinterpret_cast<LPARAM>(&insert)));
+    auto* inserted =
+        reinterpret_cast<HTREEITEM>(::SendMessageW(tree_, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
     if (level < 2) {
       parents[level + 1] = inserted != nullptr ? inserted : TVI_ROOT;
     }

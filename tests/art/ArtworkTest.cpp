@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
 #include <commctrl.h>
+#include <windows.h>
 
 #include <cstring>
 #include <vector>
@@ -25,7 +25,8 @@ struct Size {
 class Bitmap {
  public:
   Bitmap(HMODULE module, int id)
-      : handle_(static_cast<HBITMAP>(LoadImageW(module, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION))) {
+      : handle_(
+            static_cast<HBITMAP>(LoadImageW(module, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION))) {
     if (handle_ != nullptr && GetObjectW(handle_, sizeof(section_), &section_) != sizeof(section_)) {
       section_ = {};
     }
@@ -240,9 +241,7 @@ class Artwork : public ::testing::Test {
 
 HMODULE Artwork::program_ = nullptr;
 
-TEST_F(Artwork, SplashPicturesFillTheSplashWindow) {
-  ExpectBitmaps({227, 228}, {456, 300});
-}
+TEST_F(Artwork, SplashPicturesFillTheSplashWindow) { ExpectBitmaps({227, 228}, {456, 300}); }
 
 TEST_F(Artwork, MainWindowTabsHaveThreeLooksOfOneSize) {
   // Tab order: privacy scan, junk, shredder, settings; each normal, hot, selected.
@@ -318,10 +317,10 @@ TEST_F(Artwork, CatalogueImageListTakesThirtySevenPicturesWithTransparentCorners
 }
 
 TEST_F(Artwork, ScanPageButtonPicturesMatchTheirButtons) {
-  ExpectBitmaps({207, 210, 209, 180}, {104, 27});  // scan
-  ExpectBitmaps({273, 274}, {128, 29});            // stop
-  ExpectBitmaps({214, 213, 212, 211}, {104, 27});  // delete the selected row
-  ExpectBitmaps({215, 218, 217, 216}, {104, 27});  // erase
+  ExpectBitmaps({207, 210, 209, 180}, {104, 27});                           // scan
+  ExpectBitmaps({273, 274}, {128, 29});                                     // stop
+  ExpectBitmaps({214, 213, 212, 211}, {104, 27});                           // delete the selected row
+  ExpectBitmaps({215, 218, 217, 216}, {104, 27});                           // erase
   ExpectBitmaps({327, 326, 325, 324, 332, 331, 330, 329, 328}, {149, 21});  // select all, none, default
 }
 
@@ -411,8 +410,8 @@ TEST_F(Artwork, SettingsPanelAndPageButtons) {
   EXPECT_GT(panel.Dimensions().width, 0);
   ExpectBitmaps({501, 502, 503, 504}, {104, 27});  // settings: save
   ExpectBitmaps({511, 512, 513, 514, 515, 516, 517, 518, 519, 520, 521, 522, 523, 524, 525, 526},
-                {104, 27});                        // junk: start, stop, delete, delete all
-  ExpectBitmaps({531, 532, 533, 534, 535, 536}, {124, 36});  // junk: set-up and result tabs
+                {104, 27});                                            // junk: start, stop, delete, delete all
+  ExpectBitmaps({531, 532, 533, 534, 535, 536}, {124, 36});            // junk: set-up and result tabs
   ExpectBitmaps({541, 542, 543, 544, 545, 546, 547, 548}, {104, 27});  // shred and its stop look
 }
 
@@ -428,7 +427,7 @@ TEST_F(Artwork, AnimationsAreLoopingGifsWithSeveralFrames) {
   EXPECT_TRUE(erase.loops);
   EXPECT_GE(erase.frames, 8);
   EXPECT_TRUE(erase.framesInside);
-  EXPECT_EQ(erase.width, 272);   // the animation control's size in the erase dialog
+  EXPECT_EQ(erase.width, 272);  // the animation control's size in the erase dialog
   EXPECT_EQ(erase.height, 147);
 }
 

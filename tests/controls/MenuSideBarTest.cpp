@@ -10,9 +10,15 @@ namespace lumenor::controls {
 namespace {
 
 std::vector<MenuEntry> TrayEntries() {
-  return {{20000, L"Security(&S)", 299}, {20001, L"Junk(&J)", 386}, {20003, L"Shredder(&F)", 297},
-          {20002, L"Settings(&O)", 300}, {20005, L"Help(&H)", 231}, {0, L"", 0},
-          {20006, L"One-click Erase(&C)", 229}, {0, L"", 0}, {20007, L"Exit(&C)", 161}};
+  return {{20000, L"Security(&S)", 299},
+          {20001, L"Junk(&J)", 386},
+          {20003, L"Shredder(&F)", 297},
+          {20002, L"Settings(&O)", 300},
+          {20005, L"Help(&H)", 231},
+          {0, L"", 0},
+          {20006, L"One-click Erase(&C)", 229},
+          {0, L"", 0},
+          {20007, L"Exit(&C)", 161}};
 }
 
 ULONG_PTR ItemData(HMENU menu, UINT position) {
@@ -76,7 +82,8 @@ TEST(MenuSideBar, EachEntryDrawsItsOwnSliceOfTheBarEvenInsideAFrame) {
     draw.itemID = entries[position].command;
     draw.itemData = ItemData(menu.Handle(), position);
     draw.hDC = canvas;
-    draw.rcItem = RECT{kFrame, kFrame + menu.EntryTop(position), 200 - kFrame, kFrame + menu.EntryTop(position) + height};
+    draw.rcItem =
+        RECT{kFrame, kFrame + menu.EntryTop(position), 200 - kFrame, kFrame + menu.EntryTop(position) + height};
     ASSERT_TRUE(menu.OnDrawItem(draw));
   }
   // The bar can be in one DC at a time: look at it once the entries have drawn.

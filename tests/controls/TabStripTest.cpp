@@ -37,7 +37,7 @@ class TabStrip : public ::testing::Test {
 };
 
 TEST_F(TabStrip, TabsLieSideBySideAtTheirPicturesSize) {
-  strip_.AddTab(366, 365, 364);   // pictures of the program
+  strip_.AddTab(366, 365, 364);     // pictures of the program
   strip_.AddTab(9990, 9991, 9992);  // no such pictures: the plain tab
   const SIZE picture = strip_.TabRect(0).right > 0 ? SIZE{strip_.TabRect(0).right, strip_.TabRect(0).bottom} : SIZE{};
   EXPECT_GT(picture.cx, 0);

@@ -49,8 +49,8 @@ TEST_F(MainWindowTest, MenuCommandsSelectTheirTabAndPage) {
     Pages pages;
   };
   const Case cases[] = {
-      {20001, 1, {false, true, false, false}},  {20003, 2, {false, false, true, false}},
-      {20002, 3, {false, false, false, true}},  {20004, -1, {false, false, false, false}},
+      {20001, 1, {false, true, false, false}}, {20003, 2, {false, false, true, false}},
+      {20002, 3, {false, false, false, true}}, {20004, -1, {false, false, false, false}},
       {20000, 0, {true, false, false, false}},
   };
   for (const Case& c : cases) {

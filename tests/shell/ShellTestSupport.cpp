@@ -25,8 +25,9 @@ void MainWindowTest::TearDown() {
 }
 
 void MainWindowTest::Open() {
-  window_ = std::make_unique<CPcDlg>(
-      [this](const std::wstring& target, int show) { opened_.push_back({target, show}); });
+  window_ = std::make_unique<CPcDlg>([this](const std::wstring& target, int show) {
+    opened_.push_back({target, show});
+  });
   window_->SetClock([this] { return now_; });
   ASSERT_TRUE(window_->Create(nullptr));
   window_->Show(SW_SHOW);
