@@ -38,4 +38,13 @@ HFONT DialogFont(HWND window) {
   return font != nullptr ? font : static_cast<HFONT>(::GetStockObject(DEFAULT_GUI_FONT));
 }
 
+bool ColourWhitePage(UINT message, WPARAM wParam, LRESULT& result) {
+  if (message != WM_CTLCOLORDLG && message != WM_CTLCOLORSTATIC) {
+    return false;
+  }
+  (void)::SetBkColor(reinterpret_cast<HDC>(wParam), kPageBackground);  // returns the old colour only
+  result = reinterpret_cast<LRESULT>(::GetStockObject(WHITE_BRUSH));
+  return true;
+}
+
 }  // namespace lumenor::controls

@@ -19,6 +19,11 @@ bool FillSolid(HDC dc, const RECT& rect, COLORREF colour);
 // A one-pixel frame inside `rect`.
 bool DrawFrame(HDC dc, const RECT& rect, COLORREF colour);
 
+// White pages: the page and its static texts sit on white. Answers WM_CTLCOLORDLG and
+// WM_CTLCOLORSTATIC for a page's message handler; true when `message` was one of them.
+inline constexpr COLORREF kPageBackground = RGB(255, 255, 255);
+bool ColourWhitePage(UINT message, WPARAM wParam, LRESULT& result);
+
 // The font of the given window's dialog (WM_GETFONT), or the system's GUI font.
 HFONT DialogFont(HWND window);
 

@@ -1,6 +1,7 @@
 #include "junk/DlgJunk.h"
 
 #include "base/ResourceString.h"
+#include "controls/Paint.h"
 #include "res/resource.h"
 
 #include <commctrl.h>
@@ -8,7 +9,6 @@
 namespace lumenor {
 
 namespace {
-constexpr COLORREF kPageBackground = RGB(255, 255, 255);
 constexpr int kChoiceIds[] = {IDC_JUNK_ALL_DISKS, IDC_JUNK_CHOOSE_FOLDER, IDC_JUNK_DEFAULT, IDC_JUNK_ALL,
                               IDC_JUNK_NONE};
 }  // namespace
@@ -17,7 +17,7 @@ CDlgJunk::CDlgJunk() : CDialog(IDD_JUNK) {}
 
 bool CDlgJunk::OnInit() {
   for (size_t index = 0; index < choices_.size(); ++index) {
-    (void)choices_[index].Attach(window_, kChoiceIds[index], 0, 0, kPageBackground);
+    (void)choices_[index].Attach(window_, kChoiceIds[index], 0, 0, controls::kPageBackground);
   }
   if (start_.Attach(window_, IDC_JUNK_START)) {
     start_.SetPictures(511, 512, 513, 514);
@@ -65,9 +65,7 @@ bool CDlgJunk::OnCommand(int id, int code, HWND control) {
 }
 
 bool CDlgJunk::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  if (message == WM_CTLCOLORDLG || message == WM_CTLCOLORSTATIC) {
-    (void)::SetBkColor(reinterpret_cast<HDC>(wParam), kPageBackground);
-    result = reinterpret_cast<LRESULT>(::GetStockObject(WHITE_BRUSH));
+  if (controls::ColourWhitePage(message, wParam, result)) {
     return true;
   }
   return CDialog::OnMessage(message, wParam, lParam, result);

@@ -2,13 +2,10 @@
 
 #include "base/ResourceString.h"
 #include "base/UniqueHandle.h"
+#include "controls/Paint.h"
 #include "res/resource.h"
 
 namespace lumenor {
-
-namespace {
-constexpr COLORREF kPageBackground = RGB(255, 255, 255);
-}  // namespace
 
 CDlgShred::CDlgShred() : CDialog(IDD_SHRED) {}
 
@@ -20,7 +17,7 @@ bool CDlgShred::OnInit() {
   }
   const int methodIds[3] = {IDC_SHRED_QUICK, IDC_SHRED_SAFE, IDC_SHRED_THOROUGH};
   for (size_t index = 0; index < methods_.size(); ++index) {
-    (void)methods_[index].Attach(window_, methodIds[index], 0, 0, kPageBackground);
+    (void)methods_[index].Attach(window_, methodIds[index], 0, 0, controls::kPageBackground);
   }
   methods_[0].SetChecked(true);
   if (shred_.Attach(window_, IDC_SHRED_SHRED)) {
@@ -56,9 +53,7 @@ bool CDlgShred::AddFile(const std::wstring& fullPath, const std::wstring& name) 
 }
 
 bool CDlgShred::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  if (message == WM_CTLCOLORDLG || message == WM_CTLCOLORSTATIC) {
-    (void)::SetBkColor(reinterpret_cast<HDC>(wParam), kPageBackground);
-    result = reinterpret_cast<LRESULT>(::GetStockObject(WHITE_BRUSH));
+  if (controls::ColourWhitePage(message, wParam, result)) {
     return true;
   }
   return CDialog::OnMessage(message, wParam, lParam, result);
