@@ -150,8 +150,10 @@ class CountingTally final : public EraseTally {
  public:
   void Erased(int count) override { erased += count; }
   void EraseFailed(const std::wstring&) override { ++failed; }
+  void LocationSkipped(const lumenor::SkippedLocation&) override { ++skipped; }
   long erased = 0;
   long failed = 0;
+  long skipped = 0;
 };
 
 double Seconds(const std::function<void()>& work) {
@@ -179,6 +181,9 @@ int wmain(int argc, wchar_t** argv) {
   if (files) SeedTree();
   if (registry) SeedKey();
 
+  // The engine's walks go through the folder rules, as every caller's do.
+  const lumenor::FolderGuard guard(lumenor::MachinePaths());
+
   // Scans: alternate the two walkers and keep each one's best round.
   double engineFiles = 1e9, plainFiles = 1e9, engineKeys = 1e9, plainKeys = 1e9;
   long engineFileCount = 0, plainFileCount = 0, engineValueCount = 0, plainValueCount = 0;
@@ -187,7 +192,9 @@ int wmain(int argc, wchar_t** argv) {
       engineFiles =
           std::min(engineFiles, Seconds([&] {
                      engineFileCount = 0;
-                     lumenor::ScanFileLocation(kTree, L"*.*", lumenor::kMatchEveryFile, lumenor::StopToken(),
+                     const auto tree = guard.Admit(kTree);
+                     if (!tree) return;
+                     lumenor::ScanFileLocation(*tree, L"*.*", lumenor::kMatchEveryFile, lumenor::StopToken(),
                                                [&](std::wstring_view, std::wstring_view) { ++engineFileCount; });
                    }));
       plainFiles = std::min(plainFiles, Seconds([&] { plainFileCount = PlainFileWalk(kTree); }));
@@ -215,7 +222,10 @@ int wmain(int argc, wchar_t** argv) {
   // Erases: each deletes a freshly seeded tree once.
   if (files) {
     CountingTally tally;
-    const double engineFileErase = Seconds([&] { lumenor::EraseFileLocation(kTree, L"*.*", tally); });
+    const double engineFileErase = Seconds([&] {
+      const auto tree = guard.Admit(kTree);
+      if (tree) lumenor::EraseFileLocation(*tree, L"*.*", tally);
+    });
     SeedTree();
     long plainDeleted = 0;
     const double plainFileErase = Seconds([&] { plainDeleted = PlainFileDelete(kTree); });

@@ -3,6 +3,7 @@
 #include "app/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "cli/JsonText.h"
+#include "engine/FolderSafety.h"
 #include "engine/Locations.h"
 #include "engine/TraceEngine.h"
 
@@ -10,6 +11,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lumenor {
@@ -54,10 +56,36 @@ std::vector<CMyObject*> SelectedItems(const std::vector<unsigned>& ids, CMyObjec
   return items;
 }
 
+// Locations the folder rules refused, each told once however often the scan and the
+// erase come upon it: as a JSON line, or as a warning on standard error.
+class SkipReport {
+ public:
+  SkipReport(BufferedOutput& out, const ConsoleOutput& err, bool json) : out_(out), err_(err), json_(json) {}
+
+  void Add(const SkippedLocation& skipped) {
+    if (!told_.insert({skipped.item->Id(), skipped.index}).second) return;
+    const std::wstring reason(VerdictReason(skipped.reason));
+    if (json_) {
+      out_.Line(L"{\"type\":\"skipped\",\"id\":" + std::to_wstring(skipped.item->Id()) + L",\"location\":" +
+                JsonString(skipped.location) + L",\"reason\":" + JsonString(reason) + L"}");
+    } else {
+      // A warning that cannot be written changes nothing: the count still makes the exit status.
+      (void)err_.WriteLine(L"warning: skipped " + skipped.location + L" (" + skipped.item->Name() + L"): " + reason);
+    }
+  }
+  int Count() const { return static_cast<int>(told_.size()); }
+
+ private:
+  BufferedOutput& out_;
+  const ConsoleOutput& err_;
+  bool json_;
+  std::set<std::pair<unsigned, int>> told_;
+};
+
 class PrintingSink final : public TraceSink {
  public:
-  PrintingSink(BufferedOutput& out, bool json, const ConsoleOutput* progress)
-      : out_(out), json_(json), progress_(progress) {}
+  PrintingSink(BufferedOutput& out, bool json, const ConsoleOutput* progress, SkipReport& skips)
+      : out_(out), json_(json), progress_(progress), skips_(skips) {}
 
   void ItemStarted(const CMyObject& item) override {
     if (progress_ != nullptr) {
@@ -76,18 +104,21 @@ class PrintingSink final : public TraceSink {
     }
   }
 
+  void LocationSkipped(const SkippedLocation& skipped) override { skips_.Add(skipped); }
+
   int Traces() const { return traces_; }
 
  private:
   BufferedOutput& out_;
   bool json_;
   const ConsoleOutput* progress_;
+  SkipReport& skips_;
   int traces_ = 0;
 };
 
 class PrintingTally final : public EraseTally {
  public:
-  PrintingTally(BufferedOutput& out, bool json) : out_(out), json_(json) {}
+  PrintingTally(BufferedOutput& out, bool json, SkipReport& skips) : out_(out), json_(json), skips_(skips) {}
 
   void Erased(int count) override { deleted_ += count; }
   void EraseFailed(const std::wstring& what) override {
@@ -95,12 +126,15 @@ class PrintingTally final : public EraseTally {
     out_.Line(json_ ? L"{\"type\":\"failure\",\"path\":" + JsonString(what) + L"}" : L"failed\t" + what);
   }
 
+  void LocationSkipped(const SkippedLocation& skipped) override { skips_.Add(skipped); }
+
   int Deleted() const { return deleted_; }
   int Failed() const { return failed_; }
 
  private:
   BufferedOutput& out_;
   bool json_;
+  SkipReport& skips_;
   int deleted_ = 0;
   int failed_ = 0;
 };
@@ -113,10 +147,12 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CM
   const std::vector<CMyObject*> items = SelectedItems(SelectedIds(options, catalogueRoot), catalogueRoot);
 
   ResetFoundCounts(catalogueRoot);
-  PrintingSink sink(lines, options.json, err.IsConsole() ? &err : nullptr);
+  const FolderGuard guard(MachinePaths());
+  SkipReport skips(lines, err, options.json);
+  PrintingSink sink(lines, options.json, err.IsConsole() ? &err : nullptr, skips);
   for (CMyObject* item : items) {
     FillLocations(*item);
-    ScanItem(*item, sink, StopToken());
+    ScanItem(*item, sink, StopToken(), guard);
   }
   int itemsWithTraces = 0;
   for (const CMyObject* item : items) {
@@ -131,22 +167,24 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CM
     return lines.Flush() ? 0 : 1;
   }
 
-  PrintingTally tally(lines, options.json);
+  PrintingTally tally(lines, options.json, skips);
   for (CMyObject* item : items) {
     if (item->FoundCount() > 0) {
       if (err.IsConsole()) {
         (void)err.WriteLine(L"erasing: " + item->Name());  // progress only
       }
-      EraseItem(*item, tally);
+      EraseItem(*item, tally, guard);
     }
   }
   const std::wstring deleted = std::to_wstring(tally.Deleted());
   const std::wstring failed = std::to_wstring(tally.Failed());
+  const std::wstring skipped = std::to_wstring(skips.Count());
   lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"deleted\":" + deleted +
-                                L",\"failed\":" + failed + L"}"
-                          : traces + L" traces found, " + deleted + L" deleted, " + failed + L" failed");
+                                L",\"failed\":" + failed + L",\"skipped\":" + skipped + L"}"
+                          : traces + L" traces found, " + deleted + L" deleted, " + failed + L" failed, " + skipped +
+                                L" skipped");
   const bool written = lines.Flush();
-  return written && tally.Failed() == 0 ? 0 : 1;
+  return written && tally.Failed() == 0 && skips.Count() == 0 ? 0 : 1;
 }
 
 }  // namespace lumenor

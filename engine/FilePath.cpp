@@ -38,15 +38,6 @@ std::wstring FoldBackslashes(std::wstring_view path, size_t from) {
 
 }  // namespace
 
-bool IsAbsoluteFolder(std::wstring_view folder) {
-  if (folder.substr(0, kLongPrefix.size()) == kLongPrefix) {
-    return folder.size() > kLongPrefix.size();
-  }
-  return StartsWithDrive(folder) || StartsWithShare(folder);
-}
-
-bool IsDriveRoot(std::wstring_view folder) { return folder.size() == 3 && StartsWithDrive(folder); }
-
 std::wstring ForFileApi(std::wstring_view path) {
   // Folders get 12 characters less than MAX_PATH from the plain API (room for an 8.3 name).
   if (path.size() < MAX_PATH - 12 || path.substr(0, kLongPrefix.size()) == kLongPrefix) {

@@ -1,5 +1,5 @@
-// Path rules of the file primitives: they act only on absolute folders, and a path too
-// long for the plain API is handed over in its "\\?\" form, never shortened.
+// Path rules of the file primitives: a path too long for the plain API is handed over in
+// its "\\?\" form, never shortened, and links are known by their attribute.
 #pragma once
 
 #include <windows.h>
@@ -8,14 +8,6 @@
 #include <string_view>
 
 namespace lumenor {
-
-// "C:\..." or "\\server\share\...": a folder the primitives may walk. Anything else
-// (empty, relative, "C:" without backslash) would be taken relative to the current
-// folder, so it is refused.
-bool IsAbsoluteFolder(std::wstring_view folder);
-
-// "C:\" and the like.
-bool IsDriveRoot(std::wstring_view folder);
 
 // `path` as the file API needs it: unchanged while short, in "\\?\" form when long.
 std::wstring ForFileApi(std::wstring_view path);

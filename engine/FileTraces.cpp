@@ -71,14 +71,17 @@ bool LooksForOneName(std::wstring_view selector) {
   return selector == L"setupapi.log" || selector == L"DirectX.log" || selector == L"pagefile.sys";
 }
 
-bool HasWildcard(std::wstring_view pattern) { return pattern.find_first_of(L"*?") != std::wstring_view::npos; }
+// A file that could not be deleted (locked, read-only) goes at the next restart.
+void LeaveToRestart(const std::wstring& path, EraseTally& tally) {
+  (void)MoveFileExW(ForFileApi(path).c_str(), nullptr,
+                    MOVEFILE_DELAY_UNTIL_REBOOT);  // the failure is counted either way
+  tally.EraseFailed(path);
+}
 
-std::wstring FolderPath(std::wstring_view folder) {
-  std::wstring path(folder);
-  if (path.back() != L'\\') {
-    path += L'\\';
-  }
-  return path;
+// A file at `path` that is neither a folder nor a link.
+bool IsPlainFile(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(ForFileApi(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && !IsFolder(attributes) && !IsReparsePoint(attributes);
 }
 
 }  // namespace
@@ -99,14 +102,11 @@ bool ScanReportsFile(std::wstring_view fileName, std::wstring_view selector, int
   }
 }
 
-void ScanFileLocation(std::wstring_view folder, std::wstring_view selector, int kind, const StopToken& stop,
+void ScanFileLocation(const SafeFolder& folder, std::wstring_view selector, int kind, const StopToken& stop,
                       const FileTraceFound& found) {
-  if (!IsAbsoluteFolder(folder)) {
-    return;
-  }
   const std::wstring_view pattern = LooksForOneName(selector) ? selector : std::wstring_view(L"*.*");
   FolderStack walk;
-  if (!walk.Push(FolderPath(folder), pattern)) {
+  if (!walk.Push(folder.Path(), pattern)) {
     return;
   }
   while (!walk.Empty()) {
@@ -138,11 +138,8 @@ void ScanFileLocation(std::wstring_view folder, std::wstring_view selector, int 
   }
 }
 
-void EraseFileLocation(std::wstring_view folder, std::wstring_view selector, EraseTally& tally) {
-  if (!IsAbsoluteFolder(folder) || (IsDriveRoot(folder) && HasWildcard(selector))) {
-    return;
-  }
-  const std::wstring top = FolderPath(folder);
+void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, EraseTally& tally) {
+  const std::wstring& top = folder.Path();
   FolderStack walk;
   if (!walk.Push(top, selector)) {
     (void)RemoveDirectoryW(ForFileApi(top).c_str());  // goes only if it is already empty
@@ -165,15 +162,50 @@ void EraseFileLocation(std::wstring_view folder, std::wstring_view selector, Era
       } else if (DeleteFileW(ForFileApi(path).c_str())) {
         tally.Erased(1);
       } else {
-        // Locked or read-only: leave it to the next restart.
-        (void)MoveFileExW(ForFileApi(path).c_str(), nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
-        tally.EraseFailed(path);
+        LeaveToRestart(path, tally);
       }
     }
     while (!walk.Empty() && !walk.Advance()) {
       const std::wstring emptied = walk.Pop();
       (void)RemoveDirectoryW(ForFileApi(emptied).c_str());  // fails while anything is left in it
     }
+  }
+}
+
+bool NamesOneFile(std::wstring_view selector) {
+  return !selector.empty() && selector.find_first_of(L"*?\\/:") == std::wstring_view::npos && selector != L"." &&
+         selector != L"..";
+}
+
+void ScanOneFile(const std::wstring& folder, std::wstring_view fileName, int kind, const FileTraceFound& found) {
+  if (!NamesOneFile(fileName) || !ScanReportsFile(fileName, fileName, kind)) {
+    return;
+  }
+  // The name is looked up as it is spelled; the row shows the name the disk holds.
+  WIN32_FIND_DATAW entry{};
+  const HANDLE search = FindFirstFileExW(ForFileApi(folder + std::wstring(fileName)).c_str(), FindExInfoBasic, &entry,
+                                         FindExSearchNameMatch, nullptr, 0);
+  if (search == INVALID_HANDLE_VALUE) {
+    return;
+  }
+  (void)FindClose(search);  // closing our own search handle cannot usefully fail
+  if (!IsFolder(entry.dwFileAttributes) && ScanReportsFile(entry.cFileName, fileName, kind)) {
+    found(folder, entry.cFileName);
+  }
+}
+
+void EraseOneFile(const std::wstring& folder, std::wstring_view fileName, EraseTally& tally) {
+  if (!NamesOneFile(fileName)) {
+    return;
+  }
+  const std::wstring path = folder + std::wstring(fileName);
+  if (!IsPlainFile(path)) {
+    return;
+  }
+  if (DeleteFileW(ForFileApi(path).c_str())) {
+    tally.Erased(1);
+  } else {
+    LeaveToRestart(path, tally);
   }
 }
 

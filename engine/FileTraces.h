@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/LocationRecord.h"
+#include "engine/FolderSafety.h"
 #include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
@@ -21,15 +22,23 @@ bool ScanReportsFile(std::wstring_view fileName, std::wstring_view selector, int
 // Walks `folder` and every sub-folder, reporting each file the kind selects. The walk
 // looks at every entry, except for the selectors "setupapi.log", "DirectX.log" and
 // "pagefile.sys", which look only for that name. Links are never entered. Ends early on
-// a stop request. A folder that is not absolute is not walked.
-void ScanFileLocation(std::wstring_view folder, std::wstring_view selector, int kind, const StopToken& stop,
+// a stop request.
+void ScanFileLocation(const SafeFolder& folder, std::wstring_view selector, int kind, const StopToken& stop,
                       const FileTraceFound& found);
 
 // Deletes every file of `folder` that matches `selector` as a wildcard pattern, entering
 // sub-folders whose names match it too, and removes each folder it emptied, `folder`
 // itself included. A file that cannot be deleted is reported as failed and scheduled for
-// deletion at the next restart. Links are removed, never entered. A folder that is not
-// absolute is left alone, and so is a whole drive.
-void EraseFileLocation(std::wstring_view folder, std::wstring_view selector, EraseTally& tally);
+// deletion at the next restart. Links are removed, never entered.
+void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, EraseTally& tally);
+
+// Whether `selector` names one file rather than a pattern.
+bool NamesOneFile(std::wstring_view selector);
+
+// The same for a location whose folder may not be walked (it holds the system or the
+// user's files) but whose selector names one file: only that file of the folder itself
+// is looked at or deleted; no folder is entered or removed. `folder` is canonical.
+void ScanOneFile(const std::wstring& folder, std::wstring_view fileName, int kind, const FileTraceFound& found);
+void EraseOneFile(const std::wstring& folder, std::wstring_view fileName, EraseTally& tally);
 
 }  // namespace lumenor

@@ -1,7 +1,7 @@
 #include "engine/Locations.h"
 
+#include "catalogue/ItemIds.h"
 #include "engine/ProfileLookup.h"
-#include "engine/Registry.h"
 #include "engine/RegistryTraces.h"
 
 #include <shlobj.h>
@@ -69,7 +69,7 @@ class LocationFiller {
 void FillWindowsEntries(LocationFiller& add, unsigned id) {
   const std::wstring explorer = kExplorer;
   switch (id) {
-    case 104: {
+    case kItemDocumentHistory: {
       add.WholeKey(explorer + L"\\RecentDocs", 1);
       const auto recent = add.Folder(CSIDL_RECENT);
       if (!recent) return;
@@ -79,13 +79,13 @@ void FillWindowsEntries(LocationFiller& add, unsigned id) {
     case 105:
       add.WholeKey(L"Software\\Microsoft\\Search Assistant\\ACMru", 1);
       return;
-    case 106: {
+    case kItemTemporaryFiles: {
       const auto temp = add.Paths().EnvironmentVariable(L"TEMP");
       if (!temp) return;
       add.File(*temp + L"\\", L"*.*", kMatchEveryFile);
       return;
     }
-    case 107:
+    case kItemRecycleBins:
       for (const std::wstring& root : add.Paths().DriveRoots()) {
         if (add.Paths().DriveType(root) == DRIVE_FIXED) {
           add.File(root + L"RECYCLER\\", L"*.*", kMatchEveryFile);
@@ -100,17 +100,17 @@ void FillWindowsEntries(LocationFiller& add, unsigned id) {
       add.WholeKey(explorer + L"\\MenuOrder\\Start Menu", 1);
       add.WholeKey(explorer + L"\\MenuOrder\\Start Menu2", 1);
       return;
-    case 110: {
+    case kItemWindowsLogFiles: {
       const auto windows = add.Folder(CSIDL_WINDOWS);
       if (!windows) return;
       add.File(*windows + L"\\", L"setupapi.log", kMatchExactName);
       add.File(*windows + L"\\", L"DirectX.log", kMatchExactName);
       return;
     }
-    case 111: {
-      const auto pagingFiles =
-          ReadRegistryText(HKEY_LOCAL_MACHINE,
-                           L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management", L"PagingFiles");
+    case kItemPagingFile: {
+      const auto pagingFiles = add.Paths().RegistryText(
+          HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management",
+          L"PagingFiles");
       if (!pagingFiles) return;
       const PagingFile pagingFile = ParsePagingFile(*pagingFiles);
       if (pagingFile.folder.empty() || pagingFile.name.empty()) return;
@@ -283,7 +283,7 @@ void FillOpera(LocationFiller& add, unsigned id) {
   if (!appData) {
     // The download list is recorded even without AppData, with an empty folder that
     // nothing will walk.
-    if (id == 162) add.File(L"", L"download.dat", kMatchExactName);
+    if (id == kItemOperaTransfers) add.File(L"", L"download.dat", kMatchExactName);
     return;
   }
   const std::wstring profile = *appData + L"\\Opera\\Opera\\profile\\";
@@ -298,7 +298,7 @@ void FillOpera(LocationFiller& add, unsigned id) {
     case 160:
       add.File(profile, L"cookies4.dat", kMatchExactName);
       return;
-    case 162:
+    case kItemOperaTransfers:
       add.File(profile, L"download.dat", kMatchExactName);
       return;
     default:
@@ -318,7 +318,7 @@ void FillInstantMessaging(LocationFiller& add, unsigned id) {
     case 191:
     case 192:
     case 193: {
-      const auto yahoo = ReadRegistryText(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Yahoo\\Essentials", L"MainDir");
+      const auto yahoo = add.Paths().RegistryText(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Yahoo\\Essentials", L"MainDir");
       if (!yahoo) return;
       const wchar_t* sub = id == 191   ? L"\\Messenger\\cache\\"
                            : id == 192 ? L"\\Messenger\\Profiles\\"
@@ -326,18 +326,11 @@ void FillInstantMessaging(LocationFiller& add, unsigned id) {
       add.File(*yahoo + sub, L"*.*", kMatchEveryFile);
       return;
     }
-    case 205: {
+    case kItemMessengerLogs: {
       constexpr wchar_t kPassports[] = L"Software\\Microsoft\\MSNMessenger\\PerPassportSettings";
-      const UniqueKey passports = OpenKey(HKEY_CURRENT_USER, kPassports, KEY_READ);
-      if (!passports) return;
-      wchar_t name[256];
-      for (DWORD index = 0;; ++index) {
-        DWORD length = static_cast<DWORD>(std::size(name));
-        const LONG result = RegEnumKeyExW(passports.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr);
-        if (result == ERROR_MORE_DATA) continue;
-        if (result != ERROR_SUCCESS) return;
+      for (const std::wstring& passport : add.Paths().SubKeyNames(HKEY_CURRENT_USER, kPassports)) {
         const auto logPath =
-            ReadRegistryText(HKEY_CURRENT_USER, std::wstring(kPassports) + L"\\" + name, L"MessageLogPath");
+            add.Paths().RegistryText(HKEY_CURRENT_USER, std::wstring(kPassports) + L"\\" + passport, L"MessageLogPath");
         if (logPath) add.File(*logPath + L"\\", L"*.*", kMatchEveryFile);
       }
       return;
@@ -503,7 +496,7 @@ void FillFileSharing(LocationFiller& add, unsigned id) {
     return;
   }
   if (id >= 320 && id <= 322) {
-    const auto bitComet = ReadRegistryText(HKEY_CURRENT_USER, L"Software\\BitComet", L"");
+    const auto bitComet = add.Paths().RegistryText(HKEY_CURRENT_USER, L"Software\\BitComet", L"");
     if (!bitComet) return;
     if (id == 320) {
       add.File(*bitComet + L"\\", L"BitComet.xml", kMatchExactName);
@@ -586,7 +579,7 @@ void FillMail(LocationFiller& add, unsigned id) {
   }
   if (id == 352) {
     const auto attachments =
-        ReadRegistryText(HKEY_CURRENT_USER, L"Software\\Qualcomm\\Eudora\\LaunchManager", L"Path#1");
+        add.Paths().RegistryText(HKEY_CURRENT_USER, L"Software\\Qualcomm\\Eudora\\LaunchManager", L"Path#1");
     if (attachments) add.File(*attachments + L"\\", L"*.*", kMatchEveryFile);
     return;
   }
@@ -603,9 +596,9 @@ void FillMail(LocationFiller& add, unsigned id) {
     return;
   }
   if (id >= 362 && id <= 366) {
-    const auto incrediMail = ReadRegistryText(HKEY_CURRENT_USER, L"Software\\IncrediMail", L"ApplicationPath");
+    const auto incrediMail = add.Paths().RegistryText(HKEY_CURRENT_USER, L"Software\\IncrediMail", L"ApplicationPath");
     if (!incrediMail) return;
-    const auto identity = ReadRegistryText(HKEY_CURRENT_USER, L"Software\\IncrediMail\\Identities", L"");
+    const auto identity = add.Paths().RegistryText(HKEY_CURRENT_USER, L"Software\\IncrediMail\\Identities", L"");
     if (!identity) return;
     const std::wstring folder = *incrediMail + L"\\Identities\\" + *identity;
     if (id == 362) {
@@ -623,7 +616,7 @@ void FillMail(LocationFiller& add, unsigned id) {
   if (!appData) {
     // The PocoMail cache is recorded even without AppData, with an empty folder that
     // nothing will walk.
-    if (id == 354) add.File(L"", L"*.*", kMatchEveryFile);
+    if (id == kItemPocoMailCache) add.File(L"", L"*.*", kMatchEveryFile);
     return;
   }
   const std::wstring eudora = *appData + L"\\Qualcomm\\Eudora\\";
@@ -649,7 +642,7 @@ void FillMail(LocationFiller& add, unsigned id) {
     case 351:
       files({L"eudora.log"});
       return;
-    case 354:
+    case kItemPocoMailCache:
       add.File(*appData + L"\\PocoMail\\Cache\\", L"*.*", kMatchEveryFile);
       return;
     case 356:
@@ -672,7 +665,7 @@ void FillThirdParty(LocationFiller& add, unsigned id) {
       return;
     }
     case 374: {
-      const auto data = ReadRegistryText(HKEY_CURRENT_USER, L"Software\\Google\\Google Desktop", L"data_dir");
+      const auto data = add.Paths().RegistryText(HKEY_CURRENT_USER, L"Software\\Google\\Google Desktop", L"data_dir");
       if (data) add.File(*data + L"\\", L"*.*", kMatchEveryFile);
       return;
     }

@@ -11,10 +11,14 @@ constexpr DWORD kMaxTextBytes = 65536 * sizeof(wchar_t);
 
 }  // namespace
 
-UniqueKey OpenKey(HKEY root, std::wstring_view path, REGSAM access) {
+UniqueKey OpenKey(HKEY root, std::wstring_view path, REGSAM access, LONG* result) {
   HKEY key = nullptr;
   const std::wstring subKey(path);
-  if (RegOpenKeyExW(root, subKey.c_str(), REG_OPTION_OPEN_LINK, access | kRegistryView, &key) != ERROR_SUCCESS) {
+  const LONG opened = RegOpenKeyExW(root, subKey.c_str(), REG_OPTION_OPEN_LINK, access | kRegistryView, &key);
+  if (result != nullptr) {
+    *result = opened;
+  }
+  if (opened != ERROR_SUCCESS) {
     return UniqueKey();
   }
   return UniqueKey(key);

@@ -31,6 +31,9 @@ NextSubKey ReadSubKeyName(HKEY key, DWORD index, std::vector<wchar_t>& name) {
   return result == ERROR_MORE_DATA ? NextSubKey::kSkip : NextSubKey::kNone;
 }
 
+// What an erase asks of a key: to walk it, count its values and delete it; no more.
+constexpr REGSAM kEraseAccess = KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | DELETE;
+
 // Deletes a registry link itself. The usual calls would open, and act on, its target; the
 // native call works on the handle of the link.
 bool DeleteLinkKey(HKEY parent, const wchar_t* name) {
@@ -50,15 +53,22 @@ DWORD CountValues(HKEY key) {
   return values;
 }
 
+enum class SubKeyOpening { kOpened, kLink, kMissing, kRefused };
+
 // Opens a sub-key of an open key, refusing a registry link, and counts its values. A link
 // holds exactly one value, so only such keys need the closer look.
-UniqueKey OpenSubKey(HKEY parent, const wchar_t* name, REGSAM access, DWORD& values) {
-  UniqueKey child = OpenKey(parent, name, access);
+SubKeyOpening OpenSubKey(HKEY parent, const wchar_t* name, REGSAM access, UniqueKey& child, DWORD& values) {
+  LONG result = ERROR_SUCCESS;
+  child = OpenKey(parent, name, access, &result);
   values = child ? CountValues(child.Get()) : 0;
   if (child && values == 1 && IsLinkKey(child.Get())) {
     child.Reset();
+    return SubKeyOpening::kLink;
   }
-  return child;
+  if (child) {
+    return SubKeyOpening::kOpened;
+  }
+  return result == ERROR_FILE_NOT_FOUND ? SubKeyOpening::kMissing : SubKeyOpening::kRefused;
 }
 
 void ReportValues(const OpenedKey& opened, const StopToken& stop, std::vector<wchar_t>& name,
@@ -115,8 +125,8 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
       ++top.nextSubKey;
       if (next == NextSubKey::kFound) {
         DWORD values = 0;
-        UniqueKey child = OpenSubKey(top.key.Get(), name.data(), KEY_READ, values);
-        if (child) {
+        UniqueKey child;
+        if (OpenSubKey(top.key.Get(), name.data(), KEY_READ, child, values) == SubKeyOpening::kOpened) {
           std::wstring childPath = top.path + L"\\" + name.data();
           stack.push_back({std::move(child), std::move(childPath)});
         }
@@ -129,25 +139,47 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
 }
 
 void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally) {
-  UniqueKey key = OpenKey(root, keyPath, KEY_ALL_ACCESS);
-  if (!key) {
-    return;
-  }
+  const std::wstring where = std::wstring(RootPrefixOf(root)) + std::wstring(keyPath);
+  LONG opened = ERROR_SUCCESS;
   if (selector != kWholeKey) {
+    const UniqueKey key = OpenKey(root, keyPath, KEY_SET_VALUE, &opened);
+    if (opened == ERROR_FILE_NOT_FOUND) {
+      return;  // nothing there to erase
+    }
     const std::wstring valueName(selector);
-    if (RegDeleteValueW(key.Get(), valueName.c_str()) == ERROR_SUCCESS) {
+    if (key && RegDeleteValueW(key.Get(), valueName.c_str()) == ERROR_SUCCESS) {
       tally.Erased(1);
     } else {
-      tally.EraseFailed(std::wstring(RootPrefixOf(root)) + std::wstring(keyPath) + L"\\" + valueName);
+      tally.EraseFailed(where + L"\\" + valueName);
     }
     return;
   }
+  UniqueKey key = OpenKey(root, keyPath, kEraseAccess, &opened);
+  if (opened == ERROR_FILE_NOT_FOUND) {
+    return;
+  }
+  if (!key) {
+    tally.EraseFailed(where);
+    return;
+  }
   if (IsLinkKey(key.Get())) {
+    // The location is itself a link: it goes as a link, what it points to stays.
+    key.Reset();
+    const size_t lastSlash = keyPath.find_last_of(L'\\');
+    const std::wstring parentPath(lastSlash == std::wstring_view::npos ? std::wstring_view()
+                                                                       : keyPath.substr(0, lastSlash));
+    const std::wstring ownName(lastSlash == std::wstring_view::npos ? keyPath : keyPath.substr(lastSlash + 1));
+    const UniqueKey parent = OpenKey(root, parentPath, KEY_QUERY_VALUE);
+    if (parent && DeleteLinkKey(parent.Get(), ownName.c_str())) {
+      tally.Erased(1);
+    } else {
+      tally.EraseFailed(where);
+    }
     return;
   }
 
   // Sub-keys are taken from the front, one at a time, and each goes once it is empty; one
-  // that cannot go is stepped over so the walk always ends.
+  // that cannot go is counted as failed and stepped over, so the walk always ends.
   std::vector<wchar_t> name(kNameBuffer);
   std::vector<OpenedKey> stack;
   const DWORD topValues = CountValues(key.Get());
@@ -159,39 +191,49 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     const NextSubKey next = ReadSubKeyName(top.key.Get(), top.nextSubKey, name);
     if (next == NextSubKey::kSkip) {
       ++top.nextSubKey;
+      tally.EraseFailed(std::wstring(RootPrefixOf(root)) + top.path + L"\\...");  // a name no buffer holds
       continue;
     }
     if (next == NextSubKey::kFound) {
       DWORD childValues = 0;
-      UniqueKey child = OpenSubKey(top.key.Get(), name.data(), KEY_ALL_ACCESS, childValues);
-      if (!child) {
-        // A link goes by itself, its target untouched; anything else that cannot be opened stays.
-        if (!DeleteLinkKey(top.key.Get(), name.data())) {
+      UniqueKey child;
+      const SubKeyOpening opening = OpenSubKey(top.key.Get(), name.data(), kEraseAccess, child, childValues);
+      const std::wstring childPath = top.path + L"\\" + name.data();
+      switch (opening) {
+        case SubKeyOpening::kOpened:
+          stack.push_back({std::move(child), childPath, 0, childValues});
+          break;
+        case SubKeyOpening::kLink:
+          // A link goes by itself, its target untouched.
+          if (!DeleteLinkKey(top.key.Get(), name.data())) {
+            ++top.nextSubKey;
+            tally.EraseFailed(std::wstring(RootPrefixOf(root)) + childPath);
+          }
+          break;
+        case SubKeyOpening::kMissing:
+          ++top.nextSubKey;  // gone meanwhile; stepping on keeps the walk finite whatever the registry does
+          break;
+        case SubKeyOpening::kRefused:
           ++top.nextSubKey;
-        }
-        continue;
+          tally.EraseFailed(std::wstring(RootPrefixOf(root)) + childPath);
+          break;
       }
-      std::wstring childPath = top.path + L"\\" + name.data();
-      stack.push_back({std::move(child), std::move(childPath), 0, childValues});
       continue;
     }
 
     OpenedKey finished = std::move(stack.back());
     stack.pop_back();
     finished.key.Reset();
-    bool deleted = false;
+    const bool deleted = RegDeleteKeyExW(root, finished.path.c_str(), kRegistryView, 0) == ERROR_SUCCESS;
     if (stack.empty()) {
-      deleted = RegDeleteKeyExW(root, finished.path.c_str(), kRegistryView, 0) == ERROR_SUCCESS;
       topKeyDeleted = deleted;
-    } else {
-      const std::wstring ownName = finished.path.substr(finished.path.find_last_of(L'\\') + 1);
-      deleted = RegDeleteKeyW(stack.back().key.Get(), ownName.c_str()) == ERROR_SUCCESS;
-      if (!deleted) {
-        ++stack.back().nextSubKey;
-      }
+    } else if (!deleted) {
+      ++stack.back().nextSubKey;
     }
     if (deleted) {
       valuesDeleted += static_cast<int>(finished.values);
+    } else {
+      tally.EraseFailed(std::wstring(RootPrefixOf(root)) + finished.path);
     }
   }
   if (valuesDeleted > 0) {

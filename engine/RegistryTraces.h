@@ -25,7 +25,10 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
 
 // Deletes the named value, or the whole key with everything below it. A whole key
 // reports the number of values deleted with it, and one when it held none. A registry
-// link below the key is deleted as a link; what it points to is never touched.
+// link, the key itself or one below it, is deleted as a link; what it points to is never
+// touched. A missing key is nothing to erase; a key that is there but cannot be opened
+// for erasing, and a value (missing ones too) or key that cannot be deleted, each count
+// as a failure.
 void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally);
 
 }  // namespace lumenor

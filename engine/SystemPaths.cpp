@@ -1,5 +1,8 @@
 #include "engine/SystemPaths.h"
 
+#include "base/ModulePath.h"
+#include "engine/Registry.h"
+
 #include <shlobj.h>
 
 #include <cwchar>
@@ -57,6 +60,39 @@ class MachineSystemPaths final : public SystemPaths {
   }
 
   UINT DriveType(const std::wstring& root) const override { return GetDriveTypeW(root.c_str()); }
+
+  std::optional<std::wstring> ProgramFolder() const override {
+    std::wstring folder = ModuleFolder();
+    if (folder.empty()) {
+      return std::nullopt;
+    }
+    folder.pop_back();
+    return folder;
+  }
+
+  std::optional<std::wstring> RegistryText(HKEY root, std::wstring_view path, std::wstring_view name) const override {
+    return ReadRegistryText(root, path, name);
+  }
+
+  std::vector<std::wstring> SubKeyNames(HKEY root, std::wstring_view path) const override {
+    std::vector<std::wstring> names;
+    const UniqueKey key = OpenKey(root, path, KEY_READ);
+    if (!key) {
+      return names;
+    }
+    wchar_t name[256];  // the longest key name the registry allows, and its terminator
+    for (DWORD index = 0;; ++index) {
+      DWORD length = static_cast<DWORD>(std::size(name));
+      const LONG result = RegEnumKeyExW(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr);
+      if (result == ERROR_MORE_DATA) {
+        continue;
+      }
+      if (result != ERROR_SUCCESS) {
+        return names;
+      }
+      names.emplace_back(name, length);
+    }
+  }
 };
 
 }  // namespace

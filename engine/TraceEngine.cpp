@@ -1,6 +1,7 @@
 #include "engine/TraceEngine.h"
 
 #include "catalogue/Catalogue.h"
+#include "catalogue/ItemIds.h"
 #include "engine/FilePath.h"
 #include "engine/FileTraces.h"
 #include "engine/Registry.h"
@@ -13,7 +14,31 @@ namespace lumenor {
 
 namespace {
 
-constexpr unsigned kVisitedSitesItem = 130;
+// How a file location may be handled, as the folder guard decides.
+struct FileLocationPlan {
+  std::optional<SafeFolder> walk;  // set: the whole folder may be walked
+  std::wstring oneFileFolder;      // set: only the named file of this folder may be touched
+  SkippedLocation skipped;         // its reason is set: nothing may be touched
+};
+
+FileLocationPlan PlanFileLocation(const CMyObject& item, int index, const LocationRecord& location,
+                                  const FolderGuard& guard) {
+  FileLocationPlan plan;
+  if (location.path.empty()) {
+    return plan;  // the folder could not be found: there is nothing to look at
+  }
+  FolderGuard::Check check;
+  plan.walk = guard.Admit(location.path, &check);
+  if (plan.walk) {
+    return plan;
+  }
+  if (check.verdict == FolderVerdict::kProtectedFolder && NamesOneFile(location.selector)) {
+    plan.oneFileFolder = check.folder;
+    return plan;
+  }
+  plan.skipped = {&item, index, check.folder.empty() ? location.path : check.folder, check.verdict};
+  return plan;
+}
 
 void ReportTrace(CMyObject& item, TraceSink& sink, std::wstring location, std::wstring_view name, bool isRegistry) {
   FoundTrace trace;
@@ -33,7 +58,7 @@ void ReportTrace(CMyObject& item, TraceSink& sink, std::wstring location, std::w
 
 }  // namespace
 
-void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop) {
+void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop, const FolderGuard& guard) {
   sink.ItemStarted(item);
   for (int index = 0; index < item.LocationCount(); ++index) {
     item.SetCurrentLocation(index);
@@ -43,37 +68,54 @@ void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop) {
                            [&](std::wstring_view keyPath, std::wstring_view valueName) {
                              ReportTrace(item, sink, location.rootPrefix + std::wstring(keyPath), valueName, true);
                            });
-    } else {
-      ScanFileLocation(location.path, location.selector, location.kind, stop,
-                       [&](std::wstring_view folder, std::wstring_view fileName) {
-                         ReportTrace(item, sink, std::wstring(folder), fileName, false);
-                       });
+      continue;
+    }
+    const FileLocationPlan plan = PlanFileLocation(item, index, location, guard);
+    const auto report = [&](std::wstring_view folder, std::wstring_view fileName) {
+      ReportTrace(item, sink, std::wstring(folder), fileName, false);
+    };
+    if (plan.walk) {
+      ScanFileLocation(*plan.walk, location.selector, location.kind, stop, report);
+    } else if (!plan.oneFileFolder.empty()) {
+      ScanOneFile(plan.oneFileFolder, location.selector, location.kind, report);
+    } else if (plan.skipped.item != nullptr) {
+      sink.LocationSkipped(plan.skipped);
     }
   }
   sink.ItemFinished(item);
 }
 
-void EraseItem(CMyObject& item, EraseTally& tally) {
+void EraseItem(CMyObject& item, EraseTally& tally, const FolderGuard& guard) {
   for (int index = 0; index < item.LocationCount(); ++index) {
     item.SetCurrentLocation(index);
     const LocationRecord& location = item.Locations()[static_cast<size_t>(index)];
     if (location.IsRegistry()) {
       EraseRegistryLocation(location.rootKey, location.path, location.selector, tally);
-    } else {
-      if (item.Id() == kVisitedSitesItem) {
-        ClearUrlHistoryStore();
-      }
-      EraseFileLocation(location.path, location.selector, tally);
+      continue;
+    }
+    const FileLocationPlan plan = PlanFileLocation(item, index, location, guard);
+    if (plan.skipped.item != nullptr) {
+      tally.LocationSkipped(plan.skipped);
+      continue;
+    }
+    if (item.Id() == kItemVisitedSites) {
+      ClearUrlHistoryStore();
+    }
+    if (plan.walk) {
+      EraseFileLocation(*plan.walk, location.selector, tally);
+    } else if (!plan.oneFileFolder.empty()) {
+      EraseOneFile(plan.oneFileFolder, location.selector, tally);
     }
   }
 }
 
 bool RemoveListedTrace(const std::wstring& name, const std::wstring& location, bool isRegistry) {
   if (!isRegistry) {
-    if (!IsAbsoluteFolder(location)) {
+    const std::optional<std::wstring> folder = CanonicalFolder(location);
+    if (!folder || !NamesOneFile(name)) {
       return false;
     }
-    return DeleteFileW(ForFileApi(location + name).c_str()) != FALSE;
+    return DeleteFileW(ForFileApi(*folder + name).c_str()) != FALSE;
   }
   // Every row is taken to be under the current user, whatever root it names; that is how
   // the list has always removed single values.

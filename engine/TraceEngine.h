@@ -4,6 +4,7 @@
 #pragma once
 
 #include "catalogue/CMyObject.h"
+#include "engine/FolderSafety.h"
 #include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
@@ -11,12 +12,16 @@
 
 namespace lumenor {
 
-// Scans every location of the item (filled beforehand), in order.
-void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop);
+// Scans every location of the item (filled beforehand), in order. A file location whose
+// folder the guard refuses is reported as skipped and not walked; in a protected folder a
+// location that names one file looks at that file alone. A location without a folder
+// (one that could not be found) is passed over without a word.
+void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop, const FolderGuard& guard);
 
-// Erases every location of the item, in order. Before each file location of
-// "History (Visited sites)" the browser's own history store is cleared too.
-void EraseItem(CMyObject& item, EraseTally& tally);
+// Erases every location of the item, in order, under the same folder rules as the scan.
+// Before each file location of "History (Visited sites)" the browser's own history store
+// is cleared too.
+void EraseItem(CMyObject& item, EraseTally& tally, const FolderGuard& guard);
 
 // Deletes the trace of one row of the results list. A file row goes only if the file
 // could be deleted; a registry row always goes, after its value is deleted from the

@@ -2,6 +2,8 @@
 // the tests implement these; the engine knows nothing of windows.
 #pragma once
 
+#include "engine/FolderSafety.h"
+
 #include <string>
 
 namespace lumenor {
@@ -16,12 +18,22 @@ struct FoundTrace {
   bool isRegistry = false;
 };
 
+// A location of an item that was neither scanned nor erased because its folder failed
+// the folder rules.
+struct SkippedLocation {
+  const CMyObject* item = nullptr;
+  int index = 0;          // the location's place in the item's list
+  std::wstring location;  // the folder in canonical form, or as it came when it has none
+  FolderVerdict reason = FolderVerdict::kAllowed;
+};
+
 class TraceSink {
  public:
   virtual ~TraceSink() = default;
   virtual void ItemStarted(const CMyObject& item) { (void)item; }
   virtual void ItemFinished(const CMyObject& item) { (void)item; }
   virtual void TraceFound(const FoundTrace& trace) = 0;
+  virtual void LocationSkipped(const SkippedLocation& skipped) = 0;
 };
 
 // Deletions during an erase. A whole registry key reports the number of values it held
@@ -31,6 +43,7 @@ class EraseTally {
   virtual ~EraseTally() = default;
   virtual void Erased(int count) = 0;
   virtual void EraseFailed(const std::wstring& what) = 0;
+  virtual void LocationSkipped(const SkippedLocation& skipped) = 0;
 };
 
 }  // namespace lumenor

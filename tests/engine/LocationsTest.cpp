@@ -1,6 +1,7 @@
 // The locations items fill: the rows with logic (drives, paging file, profiles, PocoMail,
 // IncrediMail, Messenger), stopping at the first missing folder, and bounds.
 #include "catalogue/Catalogue.h"
+#include "catalogue/ItemIds.h"
 #include "engine/Locations.h"
 #include "engine/Registry.h"
 #include "tests/support/TempFolder.h"
@@ -84,46 +85,34 @@ TEST(PagingFileSetting, GivesFolderAndNameUpToTheFirstBlank) {
   EXPECT_EQ(empty.name, L"");
 }
 
-class PagingFileItem : public ::testing::Test {
- protected:
-  static constexpr wchar_t kKey[] = L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management";
-  void SetUp() override { saved_ = ReadRegistryText(HKEY_LOCAL_MACHINE, kKey, L"PagingFiles"); }
-  void TearDown() override {
-    if (saved_) {
-      testing::SetRegistryText(HKEY_LOCAL_MACHINE, kKey, L"PagingFiles", *saved_);
-    } else {
-      UniqueKey key = OpenKey(HKEY_LOCAL_MACHINE, kKey, KEY_SET_VALUE);
-      if (key) RegDeleteValueW(key.Get(), L"PagingFiles");
-    }
-  }
-  void SetValue(DWORD type, const void* data, DWORD size) {
-    HKEY key = nullptr;
-    ASSERT_EQ(
-        RegCreateKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, nullptr, 0, KEY_SET_VALUE | kRegistryView, nullptr, &key, nullptr),
-        ERROR_SUCCESS);
-    RegSetValueExW(key, L"PagingFiles", 0, type, static_cast<const BYTE*>(data), size);
-    RegCloseKey(key);
-  }
-  std::optional<std::wstring> saved_;
-  FakeSystemPaths paths_;
-};
-
-TEST_F(PagingFileItem, ReadsTheSettingOfAnyStringTypeAndNothingElse) {
+// Folders kept in the registry are read as text of any string type, and nothing else.
+TEST(RegistryFolderText, ReadsEveryStringTypeAndNothingElse) {
+  testing::TestKey key;
+  key.CreateKey(L"");
+  const auto set = [&](DWORD type, const void* data, DWORD size) {
+    key.SetValue(L"", L"PagingFiles", type, data, size);
+    return MachinePaths().RegistryText(key.Root(), key.Path(), L"PagingFiles");
+  };
   const wchar_t multi[] = L"C:\\pagefile.sys 1536 3072\0E:\\second.sys 1 2\0";
-  SetValue(REG_MULTI_SZ, multi, sizeof multi);
-  EXPECT_EQ(Fill(111, paths_), std::vector<Row>{File(L"C:\\", L"pagefile.sys", 12)});
-
+  EXPECT_EQ(set(REG_MULTI_SZ, multi, sizeof multi), L"C:\\pagefile.sys 1536 3072") << "the first string counts";
   const wchar_t text[] = L"E:\\pagefile.sys";
-  SetValue(REG_SZ, text, sizeof text - sizeof(wchar_t));  // stored without its terminator
-  EXPECT_EQ(Fill(111, paths_), std::vector<Row>{File(L"E:\\", L"pagefile.sys", 12)});
-
+  EXPECT_EQ(set(REG_SZ, text, sizeof text - sizeof(wchar_t)), L"E:\\pagefile.sys") << "stored without terminator";
+  EXPECT_EQ(set(REG_EXPAND_SZ, text, sizeof text), L"E:\\pagefile.sys");
   const DWORD number = 1536;
-  SetValue(REG_DWORD, &number, sizeof number);
-  EXPECT_TRUE(Fill(111, paths_).empty());
-  SetValue(REG_SZ, L"", sizeof(wchar_t));
-  EXPECT_TRUE(Fill(111, paths_).empty());
-  SetValue(REG_SZ, L"pagefile.sys", 26);
-  EXPECT_TRUE(Fill(111, paths_).empty()) << "no folder, nothing to look in";
+  EXPECT_EQ(set(REG_DWORD, &number, sizeof number), std::nullopt);
+  EXPECT_EQ(set(REG_SZ, L"", sizeof(wchar_t)), std::nullopt);
+  EXPECT_EQ(MachinePaths().RegistryText(key.Root(), key.Path(), L"missing"), std::nullopt);
+  EXPECT_EQ(MachinePaths().RegistryText(key.Root(), key / L"missing", L""), std::nullopt);
+}
+
+TEST_F(ItemLocations, PagingFileComesFromItsSettingUpToTheFirstBlank) {
+  const std::wstring setting = testing::FakeRegistryName(
+      HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Memory Management", L"PagingFiles");
+  EXPECT_TRUE(Fill(kItemPagingFile, paths_).empty()) << "no setting";
+  paths_.registryTexts[setting] = L"C:\\pagefile.sys 1536 3072";
+  EXPECT_EQ(Fill(kItemPagingFile, paths_), std::vector<Row>{File(L"C:\\", L"pagefile.sys", 12)});
+  paths_.registryTexts[setting] = L"pagefile.sys";
+  EXPECT_TRUE(Fill(kItemPagingFile, paths_).empty()) << "no folder, nothing to look in";
 }
 
 TEST_F(ItemLocations, BrowserProfilesComeFromTheFirstProfilesPath) {
@@ -222,47 +211,33 @@ TEST_F(ItemLocations, RegistryRowsKeepTheirOrderAndRoots) {
   EXPECT_EQ(acdsee[1].selector, L"HistMCFDestFolder");
 }
 
-class RegistryFolderItems : public ItemLocations {
- protected:
-  void TearDown() override {
-    for (const wchar_t* key : {L"Software\\IncrediMail", L"Software\\Microsoft\\MSNMessenger", L"Software\\BitComet"}) {
-      RegDeleteTreeW(HKEY_CURRENT_USER, key);
-      RegDeleteKeyW(HKEY_CURRENT_USER, key);
-    }
-  }
-};
-
-TEST_F(RegistryFolderItems, IncrediMailUsesTheCurrentIdentityFolder) {
-  testing::SetRegistryText(HKEY_CURRENT_USER, L"Software\\IncrediMail", L"ApplicationPath", L"C:\\IM");
+TEST_F(ItemLocations, IncrediMailUsesTheCurrentIdentityFolder) {
+  paths_.registryTexts[testing::FakeRegistryName(HKEY_CURRENT_USER, L"Software\\IncrediMail", L"ApplicationPath")] =
+      L"C:\\IM";
   EXPECT_TRUE(Fill(363, paths_).empty()) << "no current identity";
-  testing::SetRegistryText(HKEY_CURRENT_USER, L"Software\\IncrediMail\\Identities", L"", L"{4B2}");
+  paths_.registryTexts[testing::FakeRegistryName(HKEY_CURRENT_USER, L"Software\\IncrediMail\\Identities")] = L"{4B2}";
   const std::wstring store = L"C:\\IM\\Identities\\{4B2}\\Message Store\\";
   EXPECT_EQ(Fill(363, paths_),
             (std::vector<Row>{File(store, L"Deleted Items.imm", 12), File(store, L"Deleted Items.imh", 12)}));
   EXPECT_EQ(Fill(362, paths_), std::vector<Row>{File(L"C:\\IM\\Identities\\{4B2}\\AddressBook\\", L"*.*", 10)});
 }
 
-TEST_F(RegistryFolderItems, MessengerAddsTheLogFolderOfEveryPassport) {
+TEST_F(ItemLocations, MessengerAddsTheLogFolderOfEveryPassport) {
   const std::wstring passports = L"Software\\Microsoft\\MSNMessenger\\PerPassportSettings";
-  testing::SetRegistryText(HKEY_CURRENT_USER, passports + L"\\111", L"MessageLogPath", L"C:\\Logs\\one");
-  testing::SetRegistryText(HKEY_CURRENT_USER, passports + L"\\222", L"Other", L"x");
-  testing::SetRegistryText(HKEY_CURRENT_USER, passports + L"\\333", L"MessageLogPath", L"D:\\three");
-  EXPECT_EQ(Fill(205, paths_),
+  paths_.subKeys[testing::FakeRegistryName(HKEY_CURRENT_USER, passports)] = {L"111", L"222", L"333"};
+  paths_.registryTexts[testing::FakeRegistryName(HKEY_CURRENT_USER, passports + L"\\111", L"MessageLogPath")] =
+      L"C:\\Logs\\one";
+  paths_.registryTexts[testing::FakeRegistryName(HKEY_CURRENT_USER, passports + L"\\333", L"MessageLogPath")] =
+      L"D:\\three";
+  EXPECT_EQ(Fill(kItemMessengerLogs, paths_),
             (std::vector<Row>{File(L"C:\\Logs\\one\\", L"*.*", 10), File(L"D:\\three\\", L"*.*", 10)}));
 }
 
-TEST_F(RegistryFolderItems, ADefaultValueThatIsNotTextAddsNothing) {
-  HKEY key = nullptr;
-  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\BitComet", 0, nullptr, 0, KEY_ALL_ACCESS | kRegistryView,
-                            nullptr, &key, nullptr),
-            ERROR_SUCCESS);
-  const DWORD number = 7;
-  RegSetValueExW(key, nullptr, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
-  RegCloseKey(key);
-  EXPECT_TRUE(Fill(320, paths_).empty());
-  testing::SetRegistryText(HKEY_CURRENT_USER, L"Software\\BitComet", L"", L"C:\\BitComet");
-  EXPECT_EQ(Fill(321, paths_), (std::vector<Row>{File(L"C:\\BitComet\\torrents\\", L"*.*", 10),
-                                                 File(L"C:\\BitComet\\torrents\\", L"signons.txt", 12)}));
+TEST(MachineRegistry, SubKeysAreListedInIndexOrder) {
+  testing::TestKey key;
+  for (const wchar_t* name : {L"111", L"222", L"333"}) key.CreateKey(name);
+  EXPECT_EQ(MachinePaths().SubKeyNames(key.Root(), key.Path()), (std::vector<std::wstring>{L"111", L"222", L"333"}));
+  EXPECT_TRUE(MachinePaths().SubKeyNames(key.Root(), key / L"missing").empty());
 }
 
 TEST(EveryItem, FillsAtMostTwentySixWellFormedRecordsAndRefillsAfresh) {

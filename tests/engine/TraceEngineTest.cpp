@@ -1,6 +1,7 @@
 // Whole items: scanning reports rows and counts them up the tree, erasing runs every
 // location, and single listed traces are removed as the results list does it.
 #include "catalogue/Catalogue.h"
+#include "catalogue/ItemIds.h"
 #include "engine/Locations.h"
 #include "engine/Registry.h"
 #include "engine/TraceEngine.h"
@@ -8,6 +9,8 @@
 #include "tests/support/TraceFixtures.h"
 
 #include <gtest/gtest.h>
+
+#include <shlobj.h>
 
 namespace lumenor {
 namespace {
@@ -40,8 +43,8 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
   ASSERT_TRUE(other.AddLocation(nullptr, folder.Path(), L"report.lnk", kMatchExactName));
 
   testing::RecordingSink sink;
-  ScanItem(item, sink, StopToken());
-  ScanItem(other, sink, StopToken());
+  ScanItem(item, sink, StopToken(), testing::MachineGuard());
+  ScanItem(other, sink, StopToken(), testing::MachineGuard());
   const std::wstring keyText = L"HKEY_CURRENT_USER\\" + (key / L"MRU");
   EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{113, L"a", keyText, true},
                                                      {113, L"b", keyText, true},
@@ -75,7 +78,7 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
   item.AddLocation(nullptr, folder.Path(), L"*.*", 1);  // a kind no scan reports, erased all the same
   item.AddLocation(HKEY_CURRENT_USER, key / L"Values", L"lastkey", 0);
   testing::RecordingTally tally;
-  EraseItem(item, tally);
+  EraseItem(item, tally, testing::MachineGuard());
   EXPECT_EQ(tally.reports, (std::vector<int>{2, 1, 1, 1}));
   EXPECT_FALSE(key.KeyExists(L"MRU"));
   EXPECT_FALSE(key.ValueExists(L"Values", L"lastkey"));
@@ -86,11 +89,11 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
 TEST_F(ItemInTree, VisitedSitesAlsoClearTheBrowserStoreWhereThereIsOne) {
   TempFolder history;
   MakeFile(history / L"index.dat");
-  CMyObject& item = Node(130);
+  CMyObject& item = Node(kItemVisitedSites);
   item.ClearLocations();
   item.AddLocation(nullptr, history.Path(), L"*.*", kMatchEveryFile);
   testing::RecordingTally tally;
-  EraseItem(item, tally);  // the store may be missing here: nothing must break
+  EraseItem(item, tally, testing::MachineGuard());  // the store may be missing here: nothing must break
   EXPECT_EQ(tally.erased, 1);
 }
 
@@ -100,18 +103,106 @@ TEST_F(ItemInTree, RecycleBinsAreEmptiedWithoutGoingThroughALinkInThem) {
   }
   MakeFile(L"E:\\RECYCLER\\S-1-5-21-1\\Dc1.txt");
   MakeFile(L"C:\\RECYCLER\\S-1-5-21-1\\Dc2.txt");
-  CMyObject& item = Node(107);
+  CMyObject& item = Node(kItemRecycleBins);
   FillLocations(item);
   testing::RecordingSink sink;
-  ScanItem(item, sink, StopToken());
+  ScanItem(item, sink, StopToken(), testing::MachineGuard());
   for (const RecordedTrace& trace : sink.traces) {
     EXPECT_NE(trace.name, L"canary.txt");
   }
   testing::RecordingTally tally;
-  EraseItem(item, tally);
+  EraseItem(item, tally, testing::MachineGuard());
   EXPECT_FALSE(testing::FileExists(L"E:\\RECYCLER\\S-1-5-21-1\\Dc1.txt"));
   EXPECT_FALSE(testing::FileExists(L"C:\\RECYCLER\\S-1-5-21-1\\Dc2.txt"));
   EXPECT_TRUE(testing::FileExists(L"E:\\link-fixtures\\targets\\bin\\canary.txt"));
+}
+
+// A profile of its own for the test, with the folder rules of a machine where it is the
+// user's profile: the profile itself is protected, its temporary folder is not.
+class GuardedProfile : public ItemInTree {
+ protected:
+  void SetUp() override {
+    profile_ = root_ / L"Users\\Tester\\";
+    temp_ = profile_ + L"AppData\\Local\\Temp\\";
+    for (const std::wstring& file : {profile_ + L"ntuser.log", profile_ + L"Documents\\letter.doc", temp_ + L"a.tmp",
+                                     temp_ + L"sub\\b.tmp", profile_ + L"sub\\ntuser.log"}) {
+      MakeFile(file);
+    }
+    paths_.shellFolders[CSIDL_PROFILE] = profile_.substr(0, profile_.size() - 1);
+    paths_.shellFolders[CSIDL_LOCAL_APPDATA] = profile_ + L"AppData\\Local";
+  }
+  std::vector<std::wstring> Files() const { return testing::EntriesBelow(profile_); }
+
+  TempFolder root_;
+  std::wstring profile_;
+  std::wstring temp_;
+  testing::FakeSystemPaths paths_;
+};
+
+TEST_F(GuardedProfile, RefusedFoldersAreReportedAndLeftWholeByScanAndErase) {
+  CMyObject& item = Node(kItemTemporaryFiles);
+  item.ClearLocations();
+  const std::wstring profileText = profile_.substr(0, profile_.size() - 1);
+  for (const std::wstring& folder : {profile_ + L".\\", profile_ + L"AppData\\..\\", profileText + L"/AppData/Local/",
+                                     std::wstring(L"\\\\?\\") + profile_, std::wstring(L"Temp\\"), temp_}) {
+    ASSERT_TRUE(item.AddLocation(nullptr, folder, L"*.*", kMatchEveryFile));
+  }
+  const std::vector<std::wstring> before = Files();
+  const FolderGuard guard(paths_);
+  testing::RecordingSink sink;
+  ScanItem(item, sink, StopToken(), guard);
+  ASSERT_EQ(sink.skipped.size(), 5u);
+  EXPECT_EQ(sink.skipped[0].location, profile_) << "reported in canonical form";
+  EXPECT_EQ(sink.skipped[0].reason, FolderVerdict::kProtectedFolder);
+  EXPECT_EQ(sink.skipped[2].index, 2);
+  EXPECT_EQ(sink.skipped[3].reason, FolderVerdict::kProtectedFolder);
+  EXPECT_EQ(sink.skipped[4].location, L"Temp\\");
+  EXPECT_EQ(sink.skipped[4].reason, FolderVerdict::kRelativePath);
+  EXPECT_EQ(sink.traces.size(), 2u) << "only the temporary folder is walked";
+
+  testing::RecordingTally tally;
+  EraseItem(item, tally, guard);
+  EXPECT_EQ(tally.skipped.size(), 5u);
+  EXPECT_EQ(tally.erased, 2);
+  std::vector<std::wstring> expected;
+  for (const std::wstring& entry : before) {
+    if (entry.rfind(L"AppData\\Local\\Temp\\", 0) != 0) expected.push_back(entry);
+  }
+  EXPECT_EQ(Files(), expected) << "nothing outside the temporary folder went";
+}
+
+TEST_F(GuardedProfile, InAProtectedFolderANamedFileIsTheOnlyThingTouched) {
+  CMyObject& item = Node(kItemWindowsLogFiles);
+  item.ClearLocations();
+  ASSERT_TRUE(item.AddLocation(nullptr, profile_, L"ntuser.log", kMatchExactName));
+  ASSERT_TRUE(item.AddLocation(nullptr, profile_, L"*.log", kMatchExactName));
+  const FolderGuard guard(paths_);
+  testing::RecordingSink sink;
+  ScanItem(item, sink, StopToken(), guard);
+  EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{kItemWindowsLogFiles, L"ntuser.log", profile_, false}}))
+      << "the copy in a sub-folder is not looked for";
+  ASSERT_EQ(sink.skipped.size(), 1u) << "a pattern would need the folder walked";
+  EXPECT_EQ(sink.skipped[0].index, 1);
+
+  testing::RecordingTally tally;
+  EraseItem(item, tally, guard);
+  EXPECT_EQ(tally.erased, 1);
+  EXPECT_FALSE(testing::FileExists(profile_ + L"ntuser.log"));
+  EXPECT_TRUE(testing::FileExists(profile_ + L"sub\\ntuser.log"));
+  EXPECT_TRUE(testing::FileExists(profile_ + L"Documents\\letter.doc"));
+}
+
+TEST_F(ItemInTree, ALocationWithoutAFolderIsPassedOverQuietly) {
+  CMyObject& item = Node(kItemOperaTransfers);
+  item.ClearLocations();
+  ASSERT_TRUE(item.AddLocation(nullptr, L"", L"download.dat", kMatchExactName));
+  testing::RecordingSink sink;
+  ScanItem(item, sink, StopToken(), testing::MachineGuard());
+  testing::RecordingTally tally;
+  EraseItem(item, tally, testing::MachineGuard());
+  EXPECT_TRUE(sink.skipped.empty());
+  EXPECT_TRUE(tally.skipped.empty());
+  EXPECT_TRUE(sink.traces.empty());
 }
 
 TEST(RemoveListedTrace, AFileRowGoesOnlyWithItsFile) {

@@ -197,4 +197,28 @@ UINT FakeSystemPaths::DriveType(const std::wstring& root) const {
   return found == driveTypes.end() ? static_cast<UINT>(DRIVE_NO_ROOT_DIR) : found->second;
 }
 
+std::wstring FakeRegistryName(HKEY root, std::wstring_view path, std::wstring_view name) {
+  return std::wstring(root == HKEY_LOCAL_MACHINE ? L"HKLM\\" : L"HKCU\\") + std::wstring(path) + L"\\" +
+         std::wstring(name);
+}
+
+std::optional<std::wstring> FakeSystemPaths::RegistryText(HKEY root, std::wstring_view path,
+                                                          std::wstring_view name) const {
+  const auto found = registryTexts.find(FakeRegistryName(root, path, name));
+  if (found == registryTexts.end()) return std::nullopt;
+  return found->second;
+}
+
+std::vector<std::wstring> FakeSystemPaths::SubKeyNames(HKEY root, std::wstring_view path) const {
+  const auto found = subKeys.find(FakeRegistryName(root, path));
+  return found == subKeys.end() ? std::vector<std::wstring>() : found->second;
+}
+
+const FolderGuard& MachineGuard() {
+  static const FolderGuard guard(MachinePaths());
+  return guard;
+}
+
+std::optional<SafeFolder> Admitted(const std::wstring& folder) { return MachineGuard().Admit(folder); }
+
 }  // namespace lumenor::testing

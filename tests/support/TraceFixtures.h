@@ -2,6 +2,7 @@
 // test and removed after it, and recorders for what the engine reports.
 #pragma once
 
+#include "engine/FolderSafety.h"
 #include "engine/SystemPaths.h"
 #include "engine/TraceSink.h"
 
@@ -9,6 +10,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +50,11 @@ class TestKey {
 // Sets a value anywhere (creating the key) through the engine's registry view.
 void SetRegistryText(HKEY root, const std::wstring& keyPath, std::wstring_view name, std::wstring_view value);
 
+// The folder rules of this machine, as the command-line tool and the pages apply them.
+const FolderGuard& MachineGuard();
+// `folder` as the engine's walks take it; nothing when the rules refuse it.
+std::optional<SafeFolder> Admitted(const std::wstring& folder);
+
 // Creates a file with the given content, and any folders above it.
 void MakeFile(const std::wstring& path, std::string_view content = "trace");
 void MakeFolders(const std::wstring& folder);
@@ -68,8 +75,10 @@ class RecordingSink final : public TraceSink {
   void ItemStarted(const CMyObject& item) override;
   void ItemFinished(const CMyObject& item) override;
   void TraceFound(const FoundTrace& trace) override;
+  void LocationSkipped(const SkippedLocation& location) override { skipped.push_back(location); }
 
   std::vector<RecordedTrace> traces;
+  std::vector<SkippedLocation> skipped;
   std::vector<unsigned> started;
   std::vector<unsigned> finished;
   std::function<void()> afterEachTrace;
@@ -82,8 +91,10 @@ class RecordingTally final : public EraseTally {
     reports.push_back(count);
   }
   void EraseFailed(const std::wstring& what) override { failures.push_back(what); }
+  void LocationSkipped(const SkippedLocation& location) override { skipped.push_back(location); }
 
   int erased = 0;
+  std::vector<SkippedLocation> skipped;
   std::vector<int> reports;
   std::vector<std::wstring> failures;
 };
@@ -96,12 +107,23 @@ class FakeSystemPaths final : public SystemPaths {
   std::optional<std::wstring> EnvironmentVariable(const wchar_t* name) const override;
   std::vector<std::wstring> DriveRoots() const override { return drives; }
   UINT DriveType(const std::wstring& root) const override;
+  std::optional<std::wstring> ProgramFolder() const override { return program; }
+  std::optional<std::wstring> RegistryText(HKEY root, std::wstring_view path, std::wstring_view name) const override;
+  std::vector<std::wstring> SubKeyNames(HKEY root, std::wstring_view path) const override;
 
   std::map<int, std::wstring> shellFolders;
   std::optional<std::wstring> windows;
   std::map<std::wstring, std::wstring> variables;
   std::vector<std::wstring> drives;
   std::map<std::wstring, UINT> driveTypes;
+  std::optional<std::wstring> program;
+  // Keyed by "HKCU\path\name" or "HKLM\path\name" (name empty for the default value).
+  std::map<std::wstring, std::wstring> registryTexts;
+  // Keyed by "HKCU\path".
+  std::map<std::wstring, std::vector<std::wstring>> subKeys;
 };
+
+// The key of FakeSystemPaths' registry maps: "HKCU\" or "HKLM\", the path, and "\name".
+std::wstring FakeRegistryName(HKEY root, std::wstring_view path, std::wstring_view name = {});
 
 }  // namespace lumenor::testing

@@ -1,0 +1,327 @@
+#include "engine/FolderSafety.h"
+
+#include "engine/FilePath.h"
+
+#include <shlobj.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+
+namespace lumenor {
+
+namespace {
+
+constexpr std::wstring_view kLongPrefix = L"\\\\?\\";
+constexpr std::wstring_view kDevicePrefix = L"\\\\.\\";
+
+bool IsDriveLetter(wchar_t c) { return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z'); }
+
+wchar_t UpperLetter(wchar_t c) { return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c; }
+
+bool SameText(std::wstring_view a, std::wstring_view b) {
+  return a.size() == b.size() && CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
+                                                      static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+}
+
+bool StartsWithText(std::wstring_view text, std::wstring_view start) {
+  return text.size() >= start.size() && SameText(text.substr(0, start.size()), start);
+}
+
+// Names the system takes for devices in any folder: "C:\x\NUL" is the null device.
+bool IsDeviceName(std::wstring_view name) {
+  const std::wstring_view stem = name.substr(0, name.find(L'.'));
+  static constexpr std::array<std::wstring_view, 4> kPlain = {L"CON", L"PRN", L"AUX", L"NUL"};
+  for (const std::wstring_view device : kPlain) {
+    if (SameText(stem, device)) return true;
+  }
+  return stem.size() == 4 && (StartsWithText(stem, L"COM") || StartsWithText(stem, L"LPT")) && stem[3] >= L'1' &&
+         stem[3] <= L'9';
+}
+
+bool HoldsForbiddenCharacter(std::wstring_view name) {
+  return std::any_of(name.begin(), name.end(), [](wchar_t c) {
+    return c < 32 || c == L'<' || c == L'>' || c == L':' || c == L'"' || c == L'|' || c == L'?' || c == L'*';
+  });
+}
+
+// The start of a path: its root in canonical form and where the folders below it begin.
+struct PathRoot {
+  std::wstring root;  // "C:\" or "\\server\share\"
+  std::wstring_view rest;
+};
+
+std::optional<PathRoot> SplitShareRoot(std::wstring_view afterSlashes, FolderVerdict& refusal) {
+  const size_t serverEnd = afterSlashes.find(L'\\');
+  const std::wstring_view server = afterSlashes.substr(0, serverEnd);
+  if (serverEnd == std::wstring_view::npos || server.empty()) {
+    // A server alone holds shares: no folder of it may be walked whole.
+    refusal = server.empty() ? FolderVerdict::kInvalidPath : FolderVerdict::kProtectedFolder;
+    return std::nullopt;
+  }
+  std::wstring_view rest = afterSlashes.substr(serverEnd);
+  while (!rest.empty() && rest.front() == L'\\') rest.remove_prefix(1);
+  const size_t shareEnd = rest.find(L'\\');
+  const std::wstring_view share = rest.substr(0, shareEnd);
+  if (share.empty()) {
+    refusal = FolderVerdict::kProtectedFolder;
+    return std::nullopt;
+  }
+  if (HoldsForbiddenCharacter(server) || HoldsForbiddenCharacter(share) || share == L"." || share == L"..") {
+    refusal = FolderVerdict::kInvalidPath;
+    return std::nullopt;
+  }
+  PathRoot root;
+  root.root = L"\\\\" + std::wstring(server) + L"\\" + std::wstring(share) + L"\\";
+  root.rest = shareEnd == std::wstring_view::npos ? std::wstring_view() : rest.substr(shareEnd);
+  return root;
+}
+
+std::optional<PathRoot> SplitRoot(std::wstring_view path, FolderVerdict& refusal) {
+  if (StartsWithText(path, kDevicePrefix)) {
+    refusal = FolderVerdict::kDevicePath;
+    return std::nullopt;
+  }
+  if (StartsWithText(path, kLongPrefix)) {
+    const std::wstring_view inner = path.substr(kLongPrefix.size());
+    if (StartsWithText(inner, L"UNC\\")) {
+      return SplitShareRoot(inner.substr(4), refusal);
+    }
+    // "\\?\C:\..." is a folder; "\\?\C:", "\\?\Volume{...}" and "\\?\GLOBALROOT..." are devices.
+    if (inner.size() >= 3 && IsDriveLetter(inner[0]) && inner[1] == L':' && inner[2] == L'\\') {
+      return PathRoot{std::wstring{UpperLetter(inner[0]), L':', L'\\'}, inner.substr(3)};
+    }
+    refusal = FolderVerdict::kDevicePath;
+    return std::nullopt;
+  }
+  if (path.size() >= 2 && path[0] == L'\\' && path[1] == L'\\') {
+    std::wstring_view afterSlashes = path.substr(2);
+    return SplitShareRoot(afterSlashes, refusal);
+  }
+  if (path.size() >= 2 && IsDriveLetter(path[0]) && path[1] == L':') {
+    if (path.size() == 2 || path[2] != L'\\') {
+      refusal = FolderVerdict::kRelativePath;  // "C:" and "C:temp" follow the drive's current folder
+      return std::nullopt;
+    }
+    return PathRoot{std::wstring{UpperLetter(path[0]), L':', L'\\'}, path.substr(3)};
+  }
+  refusal = FolderVerdict::kRelativePath;
+  return std::nullopt;
+}
+
+std::wstring_view WithoutTrailingDotsAndBlanks(std::wstring_view name) {
+  while (!name.empty() && (name.back() == L'.' || name.back() == L' ')) name.remove_suffix(1);
+  return name;
+}
+
+std::wstring ParentFolder(const std::wstring& canonical) {
+  if (canonical.size() < 2) return {};
+  const size_t slash = canonical.find_last_of(L'\\', canonical.size() - 2);
+  return slash == std::wstring::npos ? std::wstring() : canonical.substr(0, slash + 1);
+}
+
+}  // namespace
+
+std::wstring_view VerdictReason(FolderVerdict verdict) {
+  switch (verdict) {
+    case FolderVerdict::kAllowed:
+      return L"allowed";
+    case FolderVerdict::kRelativePath:
+      return L"relative path";
+    case FolderVerdict::kDevicePath:
+      return L"device path";
+    case FolderVerdict::kInvalidPath:
+      return L"invalid path";
+    case FolderVerdict::kProtectedFolder:
+      return L"protected folder";
+    case FolderVerdict::kLink:
+      return L"link";
+  }
+  return L"refused";
+}
+
+std::optional<std::wstring> CanonicalFolder(std::wstring_view folder, FolderVerdict* refusal) {
+  FolderVerdict why = FolderVerdict::kInvalidPath;
+  const auto refuse = [&](FolderVerdict verdict) -> std::optional<std::wstring> {
+    if (refusal != nullptr) *refusal = verdict;
+    return std::nullopt;
+  };
+  std::wstring path(folder);
+  std::replace(path.begin(), path.end(), L'/', L'\\');
+  if (path.empty()) return refuse(FolderVerdict::kRelativePath);
+
+  const std::optional<PathRoot> root = SplitRoot(path, why);
+  if (!root) return refuse(why);
+
+  std::vector<std::wstring_view> names;
+  std::wstring_view rest = root->rest;
+  while (!rest.empty()) {
+    const size_t end = rest.find(L'\\');
+    const std::wstring_view name = rest.substr(0, end);
+    rest = end == std::wstring_view::npos ? std::wstring_view() : rest.substr(end + 1);
+    if (name.empty() || name == L".") continue;
+    if (name == L"..") {
+      if (!names.empty()) names.pop_back();
+      continue;
+    }
+    const std::wstring_view trimmed = WithoutTrailingDotsAndBlanks(name);
+    if (trimmed.empty() || HoldsForbiddenCharacter(trimmed)) return refuse(FolderVerdict::kInvalidPath);
+    if (IsDeviceName(trimmed)) return refuse(FolderVerdict::kDevicePath);
+    names.push_back(trimmed);
+  }
+
+  std::wstring canonical = root->root;
+  for (const std::wstring_view name : names) {
+    canonical += name;
+    canonical += L'\\';
+  }
+  if (refusal != nullptr) *refusal = FolderVerdict::kAllowed;
+  return canonical;
+}
+
+bool FolderContains(std::wstring_view outer, std::wstring_view inner) {
+  return outer.size() <= inner.size() && !outer.empty() && outer.back() == L'\\' && StartsWithText(inner, outer);
+}
+
+bool IsVolumeRoot(std::wstring_view canonicalFolder) {
+  if (canonicalFolder.size() == 3 && canonicalFolder[1] == L':') return true;
+  if (canonicalFolder.substr(0, 2) != L"\\\\") return false;
+  // "\\server\share\": exactly four backslashes.
+  return std::count(canonicalFolder.begin(), canonicalFolder.end(), L'\\') == 4;
+}
+
+bool IsLinkFolder(const std::wstring& folder) {
+  std::wstring path = folder;
+  if (path.size() > 3 && path.back() == L'\\') path.pop_back();  // ask about the folder, not its content
+  const std::wstring apiPath = ForFileApi(path);
+  const DWORD attributes = GetFileAttributesW(apiPath.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;  // nothing there to walk
+  if (IsReparsePoint(attributes)) return true;
+  // The attribute is what every walk tests; the tag is asked for as well where the system
+  // keeps one, in case a file system shows the one without the other.
+  const HANDLE handle =
+      CreateFileW(apiPath.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return false;
+  FILE_ATTRIBUTE_TAG_INFO tag{};
+  const bool tagged = GetFileInformationByHandleEx(handle, FileAttributeTagInfo, &tag, sizeof(tag)) != FALSE &&
+                      (IsReparsePoint(tag.FileAttributes) || tag.ReparseTag != 0);
+  (void)CloseHandle(handle);  // our own handle: nothing to do if closing fails
+  return tagged;
+}
+
+FolderGuard::FolderGuard(const SystemPaths& paths) {
+  std::vector<std::optional<std::wstring>> candidates;
+  const auto shell = [&](int csidl) { candidates.push_back(paths.ShellFolder(csidl)); };
+  const auto variable = [&](const wchar_t* name) { candidates.push_back(paths.EnvironmentVariable(name)); };
+  const auto below = [&](const std::optional<std::wstring>& folder, std::wstring_view name) {
+    if (folder) candidates.push_back(*folder + L"\\" + std::wstring(name));
+  };
+
+  const std::optional<std::wstring> windows = paths.WindowsFolder();
+  candidates.push_back(windows);
+  below(windows, L"System32");
+  below(windows, L"SysWOW64");
+  below(windows, L"Sysnative");
+  for (const int csidl :
+       {CSIDL_WINDOWS, CSIDL_SYSTEM, CSIDL_SYSTEMX86, CSIDL_PROGRAM_FILES, CSIDL_PROGRAM_FILESX86, CSIDL_COMMON_APPDATA,
+        CSIDL_PROFILE, CSIDL_DESKTOPDIRECTORY, CSIDL_PERSONAL, CSIDL_APPDATA, CSIDL_LOCAL_APPDATA}) {
+    shell(csidl);
+  }
+  for (const wchar_t* name :
+       {L"SystemRoot", L"windir", L"ProgramFiles", L"ProgramFiles(x86)", L"ProgramW6432", L"ProgramData",
+        L"ALLUSERSPROFILE", L"USERPROFILE", L"PUBLIC", L"APPDATA", L"LOCALAPPDATA"}) {
+    variable(name);
+  }
+  candidates.push_back(paths.ProgramFolder());
+
+  // The profile as the item locations find it: the PrintHood folder's parent.
+  if (const auto printHood = paths.ShellFolder(CSIDL_PRINTHOOD)) {
+    if (auto canonical = CanonicalFolder(*printHood)) candidates.push_back(ParentFolder(*canonical));
+  }
+  // LocalLow has no number of its own; it stands beside Local.
+  if (const auto local = paths.ShellFolder(CSIDL_LOCAL_APPDATA)) {
+    if (auto canonical = CanonicalFolder(*local)) {
+      const std::wstring appDataRoot = ParentFolder(*canonical);
+      if (!appDataRoot.empty()) candidates.push_back(appDataRoot + L"LocalLow");
+    }
+  }
+  // The folder that holds every profile.
+  if (const auto profile = paths.ShellFolder(CSIDL_PROFILE)) {
+    if (auto canonical = CanonicalFolder(*profile)) candidates.push_back(ParentFolder(*canonical));
+  }
+
+  for (const auto& candidate : candidates) {
+    if (!candidate) continue;
+    std::optional<std::wstring> canonical = CanonicalFolder(*candidate);
+    if (!canonical || IsVolumeRoot(*canonical)) continue;  // roots are protected by rule
+    const bool known = std::any_of(protected_.begin(), protected_.end(),
+                                   [&](const std::wstring& folder) { return SameText(folder, *canonical); });
+    if (!known) protected_.push_back(std::move(*canonical));
+  }
+
+  // Another spelling of a protected folder (a short name, a drive letter given to a
+  // folder) is still the same folder to the file system, and so is one above it.
+  for (const std::wstring& folder : protected_) {
+    for (std::wstring step = folder; !step.empty(); step = ParentFolder(step)) {
+      const std::optional<Identity> identity = IdentityOf(step);
+      if (identity &&
+          std::find(guardedIdentities_.begin(), guardedIdentities_.end(), *identity) == guardedIdentities_.end()) {
+        guardedIdentities_.push_back(*identity);
+      }
+    }
+  }
+  for (const std::wstring& root : paths.DriveRoots()) {
+    const std::optional<Identity> identity = IdentityOf(root);
+    if (identity) guardedIdentities_.push_back(*identity);
+  }
+}
+
+std::optional<FolderGuard::Identity> FolderGuard::IdentityOf(const std::wstring& folder) {
+  const HANDLE handle = CreateFileW(ForFileApi(folder).c_str(), FILE_READ_ATTRIBUTES,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
+  BY_HANDLE_FILE_INFORMATION information{};
+  const bool read = GetFileInformationByHandle(handle, &information) != FALSE;
+  (void)CloseHandle(handle);  // our own handle: nothing to do if closing fails
+  if (!read || (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return std::nullopt;
+  Identity identity;
+  identity.volume = information.dwVolumeSerialNumber;
+  identity.file = (static_cast<uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow;
+  if (identity.file == 0) return std::nullopt;  // a file system without numbers tells nothing
+  return identity;
+}
+
+bool FolderGuard::IsProtected(const std::wstring& canonical) const {
+  if (IsVolumeRoot(canonical)) return true;
+  for (const std::wstring& folder : protected_) {
+    if (FolderContains(canonical, folder)) return true;
+  }
+  const std::optional<Identity> identity = IdentityOf(canonical);
+  return identity &&
+         std::find(guardedIdentities_.begin(), guardedIdentities_.end(), *identity) != guardedIdentities_.end();
+}
+
+FolderGuard::Check FolderGuard::Inspect(std::wstring_view folder) const {
+  Check check;
+  std::optional<std::wstring> canonical = CanonicalFolder(folder, &check.verdict);
+  if (!canonical) return check;
+  check.folder = std::move(*canonical);
+  if (IsProtected(check.folder)) {
+    check.verdict = FolderVerdict::kProtectedFolder;
+  } else if (IsLinkFolder(check.folder)) {
+    check.verdict = FolderVerdict::kLink;
+  }
+  return check;
+}
+
+std::optional<SafeFolder> FolderGuard::Admit(std::wstring_view folder, Check* check) const {
+  Check decided = Inspect(folder);
+  std::optional<SafeFolder> admitted;
+  if (decided.verdict == FolderVerdict::kAllowed) admitted = SafeFolder(decided.folder);
+  if (check != nullptr) *check = std::move(decided);
+  return admitted;
+}
+
+}  // namespace lumenor

@@ -1,0 +1,93 @@
+// The rules a folder from outside the program (environment, registry, other programs'
+// ini files, settings, command line, user input) passes before anything below it is
+// walked to be scanned or deleted: one canonical absolute form, never a link, and never
+// a folder that is, or holds, the system, the programs, the user's own files or a whole
+// drive. Every walk that deletes takes a SafeFolder, and only the guard makes one.
+#pragma once
+
+#include "engine/SystemPaths.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumenor {
+
+enum class FolderVerdict {
+  kAllowed,
+  kRelativePath,     // "temp", "C:", "C:temp", "\temp": taken from wherever the program stands
+  kDevicePath,       // "\\.\...", "\\?\Volume{...}", "\\?\GLOBALROOT...", "...\NUL"
+  kInvalidPath,      // wildcards, stream names, characters no folder name may hold
+  kProtectedFolder,  // a drive or share root, Windows, Program Files, the profile, ...
+  kLink,             // the folder itself is a junction, symbolic link or mount point
+};
+
+// The words a refusal is reported with: "protected folder", "relative path", "link", ...
+std::wstring_view VerdictReason(FolderVerdict verdict);
+
+// The folder in canonical form: "X:\" or "\\server\share\" followed by its folders, each
+// ending with "\"; "/" read as "\", doubled separators folded, "." and ".." resolved
+// (never above the root), trailing dots and blanks of a name dropped as the file system
+// drops them, "\\?\" and "\\?\UNC\" understood, the drive letter in capitals. Anything
+// that is not such a folder yields nothing, and `refusal` says why.
+std::optional<std::wstring> CanonicalFolder(std::wstring_view folder, FolderVerdict* refusal = nullptr);
+
+// Whether `outer` is `inner` or one of the folders above it; both canonical. Case does
+// not count.
+bool FolderContains(std::wstring_view outer, std::wstring_view inner);
+
+// A drive root ("C:\") or a share root ("\\server\share\"); canonical.
+bool IsVolumeRoot(std::wstring_view canonicalFolder);
+
+// A folder the guard let through: canonical, ending with "\".
+class SafeFolder {
+ public:
+  const std::wstring& Path() const { return path_; }
+
+ private:
+  friend class FolderGuard;
+  explicit SafeFolder(std::wstring path) : path_(std::move(path)) {}
+  std::wstring path_;
+};
+
+class FolderGuard {
+ public:
+  // Takes the protected folders of this machine (and of this program) from `paths`.
+  explicit FolderGuard(const SystemPaths& paths);
+
+  struct Check {
+    FolderVerdict verdict = FolderVerdict::kAllowed;
+    std::wstring folder;  // the canonical form, empty when there is none
+  };
+
+  // Decides on one folder: canonical form, then protected folders (by name and, where the
+  // folder exists, by identity, so that short names and other spellings of the same
+  // folder are caught), then whether the folder itself is a link.
+  Check Inspect(std::wstring_view folder) const;
+
+  // The folder, when everything below it may be walked; nothing otherwise.
+  std::optional<SafeFolder> Admit(std::wstring_view folder, Check* check = nullptr) const;
+
+  const std::vector<std::wstring>& ProtectedFolders() const { return protected_; }
+
+ private:
+  struct Identity {
+    uint32_t volume = 0;
+    uint64_t file = 0;
+    bool operator==(const Identity&) const = default;
+  };
+  static std::optional<Identity> IdentityOf(const std::wstring& folder);
+  bool IsProtected(const std::wstring& canonical) const;
+
+  std::vector<std::wstring> protected_;
+  // The protected folders and every folder above them, as the file system knows them.
+  std::vector<Identity> guardedIdentities_;
+};
+
+// Whether the folder (canonical, existing) is itself a reparse point: by its attribute,
+// and by its reparse tag where the system tells it.
+bool IsLinkFolder(const std::wstring& folder);
+
+}  // namespace lumenor
