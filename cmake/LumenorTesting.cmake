@@ -26,7 +26,8 @@ endif()
 # One test executable for one behaviour area, run as one CTest test.
 function(lumenor_add_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES;NEEDS" ${ARGN})
-  add_executable(${name} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp)
+  add_executable(${name} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp
+                         ${PROJECT_SOURCE_DIR}/tests/support/DestructiveTests.cpp)
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} lumenor_test_support GTest::gtest)
   target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/test_resources.rc)
   set_property(SOURCE ${PROJECT_SOURCE_DIR}/tests/test_resources.rc PROPERTY OBJECT_DEPENDS ${LUMENOR_ARTWORK_FILES} ${LUMENOR_RESOURCE_PARTS})

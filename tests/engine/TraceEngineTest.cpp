@@ -5,6 +5,7 @@
 #include "engine/Locations.h"
 #include "engine/Registry.h"
 #include "engine/TraceEngine.h"
+#include "tests/support/DestructiveTests.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
 
@@ -87,6 +88,7 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
 }
 
 TEST_F(ItemInTree, VisitedSitesAlsoClearTheBrowserStoreWhereThereIsOne) {
+  LUMENOR_ONLY_WHERE_ERASING_IS_HARMLESS();  // the browser's own history goes
   TempFolder history;
   MakeFile(history / L"index.dat");
   CMyObject& item = Node(kItemVisitedSites);
@@ -98,6 +100,7 @@ TEST_F(ItemInTree, VisitedSitesAlsoClearTheBrowserStoreWhereThereIsOne) {
 }
 
 TEST_F(ItemInTree, RecycleBinsAreEmptiedWithoutGoingThroughALinkInThem) {
+  LUMENOR_ONLY_WHERE_ERASING_IS_HARMLESS();
   if (GetFileAttributesW(L"E:\\RECYCLER\\bin-link") == INVALID_FILE_ATTRIBUTES) {
     GTEST_SKIP() << "no link fixtures here (they come with the Wine test harness)";
   }

@@ -1,6 +1,7 @@
 // The Wine prefix the tests run in: no way to the Linux root by drive letter, scratch
 // drives of known types, and the programs installed on C:.
 #include "base/ModulePath.h"
+#include "tests/support/DestructiveTests.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -10,12 +11,10 @@
 namespace lumenor {
 namespace {
 
-bool RunningUnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
-
 class TestPrefix : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!RunningUnderWine()) {
+    if (!testing::RunningUnderWine()) {
       GTEST_SKIP() << "checks the Wine test prefix";
     }
   }
