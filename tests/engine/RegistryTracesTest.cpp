@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sddl.h>
+
 #include <atomic>
 #include <utility>
 
@@ -121,6 +123,64 @@ TEST(RegistryErase, NamedValueGoesAloneAndAMissingOneIsAFailure) {
   EraseRegistryLocation(key.Root(), key / L"Nowhere", L"*.*", tally);
   EraseRegistryLocation(key.Root(), key / L"Nowhere", L"value", tally);
   EXPECT_EQ(tally.failures.size(), 1u) << "a missing key is no failure";
+}
+
+// A key whose security lets everyone read it and nothing more, put back to full access
+// at the end so the test key can go.
+class ReadOnlyKey {
+ public:
+  ReadOnlyKey(const TestKey& key, const std::wstring& subKey) : key_(key), path_(key / subKey) {
+    key.SetText(subKey, L"value", L"x");
+    applied_ = SetSecurity(L"D:P(A;;KR;;;WD)");
+  }
+  ~ReadOnlyKey() { SetSecurity(L"D:P(A;;KA;;;WD)"); }
+  bool Applied() const { return applied_; }
+
+ private:
+  bool SetSecurity(const wchar_t* sddl) const {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (!ConvertStringSecurityDescriptorToSecurityDescriptorW(sddl, SDDL_REVISION_1, &descriptor, nullptr)) {
+      return false;
+    }
+    HKEY key = nullptr;
+    bool set = false;
+    if (RegOpenKeyExW(key_.Root(), path_.c_str(), 0, WRITE_DAC | kRegistryView, &key) == ERROR_SUCCESS) {
+      set = RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, descriptor) == ERROR_SUCCESS;
+      RegCloseKey(key);
+    }
+    LocalFree(descriptor);
+    return set;
+  }
+
+  const TestKey& key_;
+  std::wstring path_;
+  bool applied_ = false;
+};
+
+TEST(RegistryEraseFailures, KeysAndValuesThatCannotGoAreCountedNeverLost) {
+  TestKey key;
+  key.SetText(L"Clean", L"trace", L"x");
+  const ReadOnlyKey locked(key, L"Clean\\Locked");
+  const ReadOnlyKey lockedAlone(key, L"Alone");
+  ASSERT_TRUE(locked.Applied() && lockedAlone.Applied());
+  HKEY probe = nullptr;
+  if (RegOpenKeyExW(key.Root(), (key / L"Alone").c_str(), 0, DELETE | kRegistryView, &probe) == ERROR_SUCCESS) {
+    RegCloseKey(probe);
+    GTEST_SKIP() << "this registry does not enforce key security (Wine does not)";
+  }
+
+  testing::RecordingTally tally;
+  EraseRegistryLocation(key.Root(), key / L"Clean", L"*.*", tally);
+  const std::wstring prefix = L"HKEY_CURRENT_USER\\" + key.Path();
+  EXPECT_EQ(tally.failures, (std::vector<std::wstring>{prefix + L"\\Clean\\Locked", prefix + L"\\Clean"}))
+      << "the sub-key that cannot be opened, then the key it keeps from going";
+  EXPECT_TRUE(key.ValueExists(L"Clean\\Locked", L"value"));
+
+  testing::RecordingTally alone;
+  EraseRegistryLocation(key.Root(), key / L"Alone", L"*.*", alone);
+  EraseRegistryLocation(key.Root(), key / L"Alone", L"value", alone);
+  EXPECT_EQ(alone.failures, (std::vector<std::wstring>{prefix + L"\\Alone", prefix + L"\\Alone\\value"}));
+  EXPECT_EQ(alone.erased, 0);
 }
 
 TEST(RegistryLinks, AreNeitherFollowedByAScanNorByAnErase) {
