@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Runs a program of the build under Wine inside a Wine prefix of the build's own, never
 # ~/.wine. The prefix has no drive for the Linux root ("z:" is removed before anything
-# runs), so a program can reach only the prefix's C: drive and the scratch drives mapped
-# below. Programs are copied to C:\lumenor\ and run from there, so each finds its
+# runs), and every link under drive_c that leads out of the prefix (Wine links the user's
+# Desktop, Documents, ... to the host's home) is replaced by an empty folder, so a program
+# can reach only the prefix's C: drive and the scratch drives mapped below. Programs are copied to C:\lumenor\ and run from there, so each finds its
 # "setting.ini" and its companions inside the prefix.
 #
 #   run-in-prefix.sh PREFIX --prepare            create (once) and check the prefix
@@ -60,9 +61,16 @@ create_prefix() {
   touch "$ready_mark"
 }
 
-# Removes every drive that leads out of the prefix to the Linux root, and refuses to go
-# on if one is left.
+# Removes every way out of the prefix: the drive for the Linux root, and the links Wine
+# makes from the user's Desktop, Documents, Downloads, Music, Pictures, Videos and
+# Templates to the host's home folder, each replaced by an empty folder of the prefix.
+# Refuses to go on if any is left.
 seal_prefix() {
+  remove_root_drive
+  replace_links_out_of_prefix
+}
+
+remove_root_drive() {
   local link target
   for link in "$prefix"/dosdevices/*; do
     [ -L "$link" ] || continue
@@ -73,6 +81,31 @@ seal_prefix() {
   done
   if [ -e "$prefix/dosdevices/z:" ] || [ -L "$prefix/dosdevices/z:" ]; then
     echo "run-in-prefix: could not remove $prefix/dosdevices/z:" >&2
+    exit 1
+  fi
+}
+
+# Every symbolic link under drive_c whose target lies outside the prefix.
+links_out_of_prefix() {
+  local link target
+  while IFS= read -r -d '' link; do
+    target=$(realpath -m "$link")
+    case "$target" in
+      "$prefix" | "$prefix"/*) ;;
+      *) printf '%s\0' "$link" ;;
+    esac
+  done < <(find "$prefix/drive_c" -type l -print0)
+}
+
+replace_links_out_of_prefix() {
+  local link
+  while IFS= read -r -d '' link; do
+    rm -f "$link"  # removes the link, never what it points to
+    mkdir -p "$link"
+  done < <(links_out_of_prefix)
+  if [ -n "$(links_out_of_prefix | tr -d '\0')" ]; then
+    echo "run-in-prefix: links out of $prefix/drive_c are left:" >&2
+    links_out_of_prefix | tr '\0' '\n' >&2
     exit 1
   fi
 }
