@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
 #include <shlobj.h>
+#include <windows.h>
 
 #include <string>
 #include <vector>
@@ -71,8 +71,8 @@ TEST_F(TestPrefix, HoldsNoFolderLinkOnC) {
     FindClose(search);
   }
   EXPECT_TRUE(links.empty()) << ::testing::PrintToString(links);
-  for (const int csidl : {CSIDL_DESKTOPDIRECTORY, CSIDL_PERSONAL, CSIDL_MYMUSIC, CSIDL_MYPICTURES, CSIDL_MYVIDEO,
-                          CSIDL_TEMPLATES}) {
+  for (const int csidl :
+       {CSIDL_DESKTOPDIRECTORY, CSIDL_PERSONAL, CSIDL_MYMUSIC, CSIDL_MYPICTURES, CSIDL_MYVIDEO, CSIDL_TEMPLATES}) {
     wchar_t folder[MAX_PATH] = {};
     ASSERT_TRUE(SUCCEEDED(SHGetFolderPathW(nullptr, csidl, nullptr, SHGFP_TYPE_CURRENT, folder))) << csidl;
     const DWORD attributes = GetFileAttributesW(folder);

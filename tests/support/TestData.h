@@ -3,6 +3,9 @@
 
 // Every catalogue node in catalogue order: id, level, image, name, separated by tabs.
 #define IDR_EXPECTED_CATALOGUE 9001
+// Every location record of every item on a made-up machine: item id, order, kind, root,
+// folder or key path, selector, separated by tabs.
+#define IDR_EXPECTED_LOCATIONS 9002
 
 #ifndef RC_INVOKED
 #include <string>
