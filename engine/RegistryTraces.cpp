@@ -224,7 +224,14 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     OpenedKey finished = std::move(stack.back());
     stack.pop_back();
     finished.key.Reset();
-    const bool deleted = RegDeleteKeyExW(root, finished.path.c_str(), kRegistryView, 0) == ERROR_SUCCESS;
+    bool deleted = false;
+    if (stack.empty()) {
+      deleted = RegDeleteKeyExW(root, finished.path.c_str(), kRegistryView, 0) == ERROR_SUCCESS;
+    } else {
+      // By name from the parent's open handle: the registry need not walk the path again.
+      const std::wstring ownName = finished.path.substr(finished.path.find_last_of(L'\\') + 1);
+      deleted = RegDeleteKeyExW(stack.back().key.Get(), ownName.c_str(), kRegistryView, 0) == ERROR_SUCCESS;
+    }
     if (stack.empty()) {
       topKeyDeleted = deleted;
     } else if (!deleted) {
