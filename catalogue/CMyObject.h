@@ -11,6 +11,7 @@
 
 #include "catalogue/LocationRecord.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -81,10 +82,10 @@ class CMyObject {
   const std::vector<std::wstring>& SecondList() const { return secondList_; }
 
   // Traces found under this node in the current scan (its own for an item, those of all
-  // items below for an application or category).
-  int FoundCount() const { return foundCount_; }
-  void SetFoundCount(int count) { foundCount_ = count; }
-  void IncrementFoundCount() { ++foundCount_; }
+  // items below for an application or category). A worker counts while the page paints.
+  int FoundCount() const { return foundCount_.load(std::memory_order_relaxed); }
+  void SetFoundCount(int count) { foundCount_.store(count, std::memory_order_relaxed); }
+  void IncrementFoundCount() { foundCount_.fetch_add(1, std::memory_order_relaxed); }
 
   // The node's row in the item tree control, kept opaque here.
   void* TreeItem() const { return treeItem_; }
@@ -110,7 +111,7 @@ class CMyObject {
   CMyObject* forwardLink_ = nullptr;
 
   void* treeItem_ = nullptr;
-  int foundCount_ = 0;
+  std::atomic<int> foundCount_{0};
 };
 
 }  // namespace lumenor

@@ -6,6 +6,8 @@
 #include "engine/FolderSafety.h"
 #include "engine/Locations.h"
 #include "engine/TraceEngine.h"
+#include "scan/ItemSelection.h"
+#include "scan/PrivacyRun.h"
 
 #include <windows.h>
 
@@ -18,42 +20,35 @@ namespace lumenor {
 
 namespace {
 
-// The ids the options select. The settings file is read, never written; without one,
-// the lists are those a fresh settings file would hold.
+// The ids of the items the options select, ticked as the scan page ticks them. The
+// settings file is read, never written; without one, the lists are those a fresh
+// settings file would hold.
 std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, CMyObject* root) {
-  std::vector<unsigned> ids;
-  switch (options.source) {
-    case SelectionSource::kAll:
-      ForEachNode(root, [&](const CMyObject& node) {
-        if (node.Level() == CMyObject::kItem) ids.push_back(node.Id());
-      });
-      return ids;
-    case SelectionSource::kItems:
-      return options.items;
-    case SelectionSource::kRecent:
-    case SelectionSource::kDefault:
-    case SelectionSource::kOneClick:
-      break;
+  if (options.source == SelectionSource::kItems) {
+    std::vector<unsigned> ids;
+    for (const CMyObject* item : ItemsInCatalogueOrder(root, options.items)) ids.push_back(item->Id());
+    return ids;
+  }
+  ItemSelection selection = ItemSelection::FromCatalogue(root);
+  if (options.source == SelectionSource::kAll) {
+    selection.TickAll();
+    return selection.TickedItems();
   }
   const CIniFileRW settings(kSettingsFileName);
   const bool haveFile = GetFileAttributesW(settings.Path().c_str()) != INVALID_FILE_ATTRIBUTES;
-  if (options.source == SelectionSource::kOneClick) {
-    return haveFile ? ReadSelection(settings, Selection::kOneClick) : BuiltInSelection(Selection::kOneClick);
+  if (!haveFile) {
+    const Selection builtIn = options.source == SelectionSource::kOneClick  ? Selection::kOneClick
+                              : options.source == SelectionSource::kDefault ? Selection::kDefault
+                                                                            : Selection::kRecent;
+    for (const unsigned id : BuiltInSelection(builtIn)) (void)selection.TickById(id);
+  } else if (options.source == SelectionSource::kOneClick) {
+    TickOneClickList(selection, settings);
+  } else if (options.source == SelectionSource::kDefault) {
+    selection.SelectDefault(false, settings);
+  } else {
+    selection.RestoreScanSelection(settings);
   }
-  if (options.source == SelectionSource::kDefault) {
-    return haveFile ? ReadSelection(settings, Selection::kDefault) : BuiltInSelection(Selection::kDefault);
-  }
-  return haveFile ? ReadScanSelection(settings) : BuiltInSelection(Selection::kRecent);
-}
-
-// The selected items in catalogue order; ids that name no item are ignored.
-std::vector<CMyObject*> SelectedItems(const std::vector<unsigned>& ids, CMyObject* root) {
-  const std::set<unsigned> wanted(ids.begin(), ids.end());
-  std::vector<CMyObject*> items;
-  ForEachNode(root, [&](CMyObject& node) {
-    if (node.Level() == CMyObject::kItem && wanted.count(node.Id()) != 0) items.push_back(&node);
-  });
-  return items;
+  return selection.TickedItems();
 }
 
 // Locations the folder rules refused, each told once however often the scan and the
@@ -82,15 +77,16 @@ class SkipReport {
   std::set<std::pair<unsigned, int>> told_;
 };
 
-class PrintingSink final : public TraceSink {
+class PrintingReports final : public RunReports {
  public:
-  PrintingSink(BufferedOutput& out, bool json, const ConsoleOutput* progress, SkipReport& skips)
+  PrintingReports(BufferedOutput& out, bool json, const ConsoleOutput* progress, SkipReport& skips)
       : out_(out), json_(json), progress_(progress), skips_(skips) {}
 
+  void StageReached(RunStage) override {}  // the tool has no status line
+
   void ItemStarted(const CMyObject& item) override {
-    if (progress_ != nullptr) {
-      (void)progress_->WriteLine(L"scanning: " + item.Name());  // progress only; losing it changes nothing
-    }
+    // Progress only; losing it changes nothing.
+    if (progress_ != nullptr) (void)progress_->WriteLine(L"scanning: " + item.Name());
   }
 
   void TraceFound(const FoundTrace& trace) override {
@@ -104,22 +100,6 @@ class PrintingSink final : public TraceSink {
     }
   }
 
-  void LocationSkipped(const SkippedLocation& skipped) override { skips_.Add(skipped); }
-
-  int Traces() const { return traces_; }
-
- private:
-  BufferedOutput& out_;
-  bool json_;
-  const ConsoleOutput* progress_;
-  SkipReport& skips_;
-  int traces_ = 0;
-};
-
-class PrintingTally final : public EraseTally {
- public:
-  PrintingTally(BufferedOutput& out, bool json, SkipReport& skips) : out_(out), json_(json), skips_(skips) {}
-
   void Erased(int count) override { deleted_ += count; }
   void EraseFailed(const std::wstring& what) override {
     ++failed_;
@@ -128,13 +108,16 @@ class PrintingTally final : public EraseTally {
 
   void LocationSkipped(const SkippedLocation& skipped) override { skips_.Add(skipped); }
 
+  int Traces() const { return traces_; }
   int Deleted() const { return deleted_; }
   int Failed() const { return failed_; }
 
  private:
   BufferedOutput& out_;
   bool json_;
+  const ConsoleOutput* progress_;
   SkipReport& skips_;
+  int traces_ = 0;
   int deleted_ = 0;
   int failed_ = 0;
 };
@@ -144,47 +127,38 @@ class PrintingTally final : public EraseTally {
 int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CMyObject* catalogueRoot,
                     const ConsoleOutput& out, const ConsoleOutput& err) {
   BufferedOutput lines(out);
-  const std::vector<CMyObject*> items = SelectedItems(SelectedIds(options, catalogueRoot), catalogueRoot);
-
-  ResetFoundCounts(catalogueRoot);
+  const std::vector<unsigned> ids = SelectedIds(options, catalogueRoot);
   const FolderGuard guard(MachinePaths());
   SkipReport skips(lines, err, options.json);
-  PrintingSink sink(lines, options.json, err.IsConsole() ? &err : nullptr, skips);
-  for (CMyObject* item : items) {
-    FillLocations(*item);
-    ScanItem(*item, sink, StopToken(), guard);
-  }
-  int itemsWithTraces = 0;
-  for (const CMyObject* item : items) {
-    itemsWithTraces += item->FoundCount() > 0 ? 1 : 0;
-  }
+  PrintingReports reports(lines, options.json, err.IsConsole() ? &err : nullptr, skips);
 
-  const std::wstring traces = std::to_wstring(sink.Traces());
   if (command == TraceCommand::kScan) {
+    const std::vector<CMyObject*> items = ScanTickedItems(catalogueRoot, ids, nullptr, reports, StopToken(), guard);
+    int itemsWithTraces = 0;
+    for (const CMyObject* item : items) itemsWithTraces += item->FoundCount() > 0 ? 1 : 0;
+    const std::wstring traces = std::to_wstring(reports.Traces());
     lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"items\":" +
                                   std::to_wstring(itemsWithTraces) + L"}"
                             : traces + L" traces found in " + std::to_wstring(itemsWithTraces) + L" items");
     return lines.Flush() ? 0 : 1;
   }
 
-  PrintingTally tally(lines, options.json, skips);
-  for (CMyObject* item : items) {
-    if (item->FoundCount() > 0) {
-      if (err.IsConsole()) {
-        (void)err.WriteLine(L"erasing: " + item->Name());  // progress only
-      }
-      EraseItem(*item, tally, guard);
-    }
+  if (options.source == SelectionSource::kOneClick) {
+    // As the one-click worker does it: every ticked item is erased, found or not.
+    RunOneClickErase(catalogueRoot, ids, nullptr, reports, StopToken(), guard);
+  } else {
+    EraseFoundItems(ScanTickedItems(catalogueRoot, ids, nullptr, reports, StopToken(), guard), reports, guard);
   }
-  const std::wstring deleted = std::to_wstring(tally.Deleted());
-  const std::wstring failed = std::to_wstring(tally.Failed());
+  const std::wstring traces = std::to_wstring(reports.Traces());
+  const std::wstring deleted = std::to_wstring(reports.Deleted());
+  const std::wstring failed = std::to_wstring(reports.Failed());
   const std::wstring skipped = std::to_wstring(skips.Count());
   lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"deleted\":" + deleted +
                                 L",\"failed\":" + failed + L",\"skipped\":" + skipped + L"}"
                           : traces + L" traces found, " + deleted + L" deleted, " + failed + L" failed, " + skipped +
                                 L" skipped");
   const bool written = lines.Flush();
-  return written && tally.Failed() == 0 && skips.Count() == 0 ? 0 : 1;
+  return written && reports.Failed() == 0 && skips.Count() == 0 ? 0 : 1;
 }
 
 }  // namespace lumenor

@@ -6,8 +6,10 @@
 #include "tests/support/TestData.h"
 #include "tests/support/TraceFixtures.h"
 
+#include "base/ModulePath.h"
 #include "base/TextEncoding.h"
 #include "catalogue/CMyObject.h"
+#include "engine/Registry.h"
 
 #include <gtest/gtest.h>
 
@@ -127,6 +129,52 @@ TEST_F(SeededMachine, AFileThatCannotBeDeletedMakesTheEraseFail) {
   EXPECT_NE(erase.out.find("failed\t" + ToUtf8(locked)), std::string::npos) << erase.out;
   EXPECT_NE(erase.out.find(" deleted, 1 failed"), std::string::npos) << erase.out;
   SetFileAttributesW(locked.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+// The settings file beside the tool, as a test writes it; put back as it was after.
+class OneClickCommand : public ::testing::Test {
+ protected:
+  static constexpr wchar_t kWordPadKey[] =
+      L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List";
+  void SetUp() override {
+    LUMENOR_ONLY_WHERE_ERASING_IS_HARMLESS();
+    settingsPath_ = ModuleFolder() + L"setting.ini";
+    hadSettings_ = testing::FileExists(settingsPath_);
+    previous_ = testing::ReadFileBytes(settingsPath_);
+  }
+  void TearDown() override {
+    if (settingsPath_.empty()) return;
+    if (hadSettings_) {
+      testing::WriteFileBytes(settingsPath_, previous_);
+    } else {
+      DeleteFileW(settingsPath_.c_str());
+    }
+    RegDeleteTreeW(HKEY_CURRENT_USER, kWordPadKey);
+  }
+
+  std::wstring settingsPath_;
+  bool hadSettings_ = false;
+  std::string previous_;
+};
+
+TEST_F(OneClickCommand, ErasesEveryItemOfTheListEvenWhereTheScanFoundNothing) {
+  // The list holds only an empty sub-key: nothing for a scan to find.
+  RegDeleteTreeW(HKEY_CURRENT_USER, kWordPadKey);
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, (std::wstring(kWordPadKey) + L"\\Empty").c_str(), 0, nullptr, 0,
+                            KEY_ALL_ACCESS | KEY_WOW64_32KEY, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  RegCloseKey(key);
+  ASSERT_TRUE(testing::WriteFileBytes(settingsPath_, "[OneClickItem]\r\nOneClickItems=1\r\nitem0=126\r\n"));
+
+  const ProgramResult plain = RunProgram(CliProgram(), L"erase --json --items 126");
+  EXPECT_EQ(plain.out, "{\"type\":\"summary\",\"traces\":0,\"deleted\":0,\"failed\":0,\"skipped\":0}\n");
+  EXPECT_TRUE(OpenKey(HKEY_CURRENT_USER, kWordPadKey, KEY_READ)) << "an erase takes only what the scan found";
+
+  const ProgramResult oneClick = RunProgram(CliProgram(), L"erase --json --one-click");
+  EXPECT_EQ(oneClick.exitCode, 0u) << oneClick.out;
+  EXPECT_EQ(oneClick.out, "{\"type\":\"summary\",\"traces\":0,\"deleted\":1,\"failed\":0,\"skipped\":0}\n");
+  EXPECT_FALSE(OpenKey(HKEY_CURRENT_USER, kWordPadKey, KEY_READ)) << "one-click erases it all the same";
 }
 
 TEST(CliTraceUsage, BadSelectionsExitWithTwoAndNameTheArgument) {

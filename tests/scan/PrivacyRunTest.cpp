@@ -1,0 +1,163 @@
+// Scan, erase and one-click erase runs against the real engine, on traces seeded in the
+// test machine: the rows, the counts up the tree, the recent list, what an erase leaves,
+// a stop that cuts the run short, and one-click erasing items that found nothing.
+#include "app/Settings.h"
+#include "catalogue/Catalogue.h"
+#include "catalogue/ItemIds.h"
+#include "engine/Registry.h"
+#include "scan/PrivacyRun.h"
+#include "tests/support/DestructiveTests.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TraceFixtures.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+namespace lumenor {
+namespace {
+
+constexpr unsigned kRunMru = 113;
+constexpr unsigned kPaintRecentFiles = 122;
+constexpr unsigned kWordPadRecentFiles = 126;
+constexpr wchar_t kRunMruKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\RunMRU";
+constexpr wchar_t kPaintKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Paint\\Recent File List";
+constexpr wchar_t kWordPadKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List";
+
+class RecordingReports final : public RunReports {
+ public:
+  void StageReached(RunStage stage) override { stages.push_back(stage); }
+  void ItemStarted(const CMyObject& item) override {
+    started.push_back(item.Id());
+    if (onItemStarted) onItemStarted(item);
+  }
+  void TraceFound(const FoundTrace& trace) override { traces.push_back({trace.item->Id(), trace.name}); }
+  void LocationSkipped(const SkippedLocation& location) override { skipped.push_back(location.item->Id()); }
+  void Erased(int count) override { erased += count; }
+  void EraseFailed(const std::wstring& what) override { failures.push_back(what); }
+
+  std::vector<RunStage> stages;
+  std::vector<unsigned> started;
+  std::vector<std::pair<unsigned, std::wstring>> traces;
+  std::vector<unsigned> skipped;
+  std::vector<std::wstring> failures;
+  int erased = 0;
+  std::function<void(const CMyObject&)> onItemStarted;
+};
+
+// Temporary files, the Run list and Paint's recent files seeded where the items look.
+class SeededItems : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    LUMENOR_ONLY_WHERE_ERASING_IS_HARMLESS();
+    previousTemp_ = MachinePaths().EnvironmentVariable(L"TEMP").value_or(L"");
+    std::wstring temp = temp_.Path();
+    temp.pop_back();
+    ASSERT_TRUE(SetEnvironmentVariableW(L"TEMP", temp.c_str()));
+    for (const wchar_t* key : {kRunMruKey, kPaintKey, kWordPadKey}) RegDeleteTreeW(HKEY_CURRENT_USER, key);
+    testing::MakeFile(temp_ / L"a.tmp");
+    testing::MakeFile(temp_ / L"sub\\b.tmp");
+    testing::SetRegistryText(HKEY_CURRENT_USER, kRunMruKey, L"a", L"notepad\\1");
+    testing::SetRegistryText(HKEY_CURRENT_USER, kPaintKey, L"File1", L"C:\\picture.bmp");
+    testing::SetRegistryText(HKEY_CURRENT_USER, kPaintKey, L"File2", L"C:\\other.bmp");
+  }
+  void TearDown() override {
+    if (!previousTemp_.empty()) SetEnvironmentVariableW(L"TEMP", previousTemp_.c_str());
+    for (const wchar_t* key : {kRunMruKey, kPaintKey, kWordPadKey}) RegDeleteTreeW(HKEY_CURRENT_USER, key);
+  }
+  bool KeyExists(const wchar_t* path) const { return static_cast<bool>(OpenKey(HKEY_CURRENT_USER, path, KEY_READ)); }
+
+  CCatalogue catalogue_ = CCatalogue::Build();
+  CMyObject& Node(unsigned id) { return *FindNodeById(catalogue_.Root(), id); }
+  testing::TempFolder temp_;
+  testing::TempFolder settingsFolder_;
+  CIniFileRW settings_ = CIniFileRW::AtPath(settingsFolder_ / L"setting.ini");
+  std::wstring previousTemp_;
+};
+
+TEST_F(SeededItems, AScanListsEveryTraceCountsItUpTheTreeAndSavesTheRecentList) {
+  RecordingReports reports;
+  const std::vector<CMyObject*> scanned =
+      ScanTickedItems(catalogue_.Root(), {kPaintRecentFiles, kItemTemporaryFiles, kRunMru, 99}, &settings_, reports,
+                      StopToken(), testing::MachineGuard());
+  ASSERT_EQ(scanned.size(), 3u);
+  EXPECT_EQ(reports.started, (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}))
+      << "catalogue order";
+  EXPECT_EQ(reports.stages, (std::vector<RunStage>{RunStage::kScanStarted, RunStage::kScanFinished}));
+  EXPECT_EQ(reports.traces.size(), 5u);
+  EXPECT_EQ(Node(kItemTemporaryFiles).FoundCount(), 2);
+  EXPECT_EQ(Node(kRunMru).FoundCount(), 1);
+  EXPECT_EQ(Node(kPaintRecentFiles).FoundCount(), 2);
+  EXPECT_EQ(Node(kRunMru).Parent()->FoundCount(), 5) << "all three are Windows entries";
+  EXPECT_EQ(Node(kRunMru).Parent()->Parent()->FoundCount(), 5);
+  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent),
+            (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}));
+
+  RecordingReports erase;
+  EraseFoundItems(scanned, erase, testing::MachineGuard());
+  EXPECT_EQ(erase.erased, 5);
+  EXPECT_TRUE(erase.failures.empty());
+  EXPECT_FALSE(KeyExists(kRunMruKey));
+  EXPECT_FALSE(KeyExists(kPaintKey));
+  EXPECT_FALSE(testing::FileExists(temp_ / L"a.tmp"));
+}
+
+TEST_F(SeededItems, AStopEndsTheRunAfterTheItemBeingScannedAndNothingLaterIsErased) {
+  std::atomic<HANDLE> stopEvent{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  RecordingReports reports;
+  reports.onItemStarted = [&](const CMyObject& item) {
+    if (item.Id() == kRunMru) SetEvent(stopEvent.load());
+  };
+  const std::vector<CMyObject*> scanned =
+      ScanTickedItems(catalogue_.Root(), {kItemTemporaryFiles, kRunMru, kPaintRecentFiles}, &settings_, reports,
+                      StopToken(&stopEvent), testing::MachineGuard());
+  CloseHandle(stopEvent.load());
+  ASSERT_EQ(scanned.size(), 2u);
+  EXPECT_EQ(scanned.back()->Id(), kRunMru);
+  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent).size(), 3u) << "the whole selection was saved at the start";
+  EraseFoundItems(scanned, reports, testing::MachineGuard());
+  EXPECT_TRUE(KeyExists(kPaintKey)) << "cut off by the stop";
+  EXPECT_FALSE(testing::FileExists(temp_ / L"a.tmp"));
+}
+
+TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {
+  // WordPad's list holds only an empty sub-key: a scan finds nothing there.
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, (std::wstring(kWordPadKey) + L"\\Empty").c_str(), 0, nullptr, 0,
+                            KEY_ALL_ACCESS | kRegistryView, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  RegCloseKey(key);
+  ASSERT_TRUE(WriteSelection(settings_, Selection::kOneClick,
+                             std::vector<unsigned>{kWordPadRecentFiles, kRunMru, kItemAcdseeFavorites}));
+  ItemSelection selection = ItemSelection::FromCatalogue(catalogue_.Root(), true);
+  selection.TickById(103);
+  TickOneClickList(selection, settings_);
+  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kRunMru, kWordPadRecentFiles, kItemAcdseeFavorites}));
+
+  RecordingReports reports;
+  RunOneClickErase(catalogue_.Root(), selection.TickedItems(), &settings_, reports, StopToken(),
+                   testing::MachineGuard());
+  EXPECT_EQ(reports.stages, (std::vector<RunStage>{RunStage::kScanStarted, RunStage::kScanFinished,
+                                                   RunStage::kEraseStarted, RunStage::kEraseFinished}));
+  EXPECT_FALSE(KeyExists(kWordPadKey)) << "found nothing, erased all the same";
+  EXPECT_FALSE(KeyExists(kRunMruKey));
+  EXPECT_TRUE(KeyExists(kPaintKey)) << "not in the one-click list";
+  EXPECT_EQ(reports.erased, 2);
+  EXPECT_EQ(Node(kRunMru).FoundCount(), 0) << "counts go back to 0 after the erase";
+}
+
+TEST_F(SeededItems, OneClickWithoutAListTicksNothingAndStillReportsEveryStage) {
+  ItemSelection selection = ItemSelection::FromCatalogue(catalogue_.Root(), true);
+  TickOneClickList(selection, settings_);  // the file does not exist
+  EXPECT_TRUE(selection.TickedItems().empty());
+  RecordingReports reports;
+  RunOneClickErase(catalogue_.Root(), selection.TickedItems(), &settings_, reports, StopToken(),
+                   testing::MachineGuard());
+  EXPECT_EQ(reports.stages.size(), 4u);
+  EXPECT_EQ(reports.erased, 0);
+  EXPECT_TRUE(KeyExists(kRunMruKey));
+  EXPECT_EQ(settings_.ReadInt(L"RecentItem", L"RecentItems"), 0);
+}
+
+}  // namespace
+}  // namespace lumenor
