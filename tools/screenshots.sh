@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Runs lumenor.exe under Wine on a private Xvfb screen and saves one PNG per page and
 # dialog, cut to its window, into build/<arch>/screenshots/:
-#   96dpi-*   the splash, every tab, the help page and the notification-area menu (the
-#             whole screen, as the menu opens outside the window);
+#   96dpi-*   the splash, every tab, the help page and the notification-area menu (opened
+#             with the cursor inside the window, so that it shows within it);
 #   144dpi-*  the main pages again, in a prefix of their own set to 144 dots per inch,
 #             where dialog units are half as large again.
 #   tools/screenshots.sh [x86_64]        (build first: scripts/build.sh x86_64)
@@ -75,7 +75,7 @@ session() {
   page "${dpi}dpi-05-help" 20004
   if [ "$what" = all ]; then
     drive command:20000 sleep:400 tray-menu sleep:800
-    shot "${dpi}dpi-06-tray-menu"
+    shot "${dpi}dpi-06-tray-menu" "$(drive geometry | tr -d '\r')"
     drive escape sleep:300
   fi
   drive command:20007
