@@ -23,6 +23,7 @@ class CDlgHelp : public controls::CDialog {
 
  private:
   void OpenManual() const;
+  void LayOut() const;
 
   PageOpener opener_;
   std::array<controls::CNButtonEx, 3> buttons_;

@@ -1,5 +1,7 @@
 #include "app/DlgOptions.h"
 
+#include "controls/Layout.h"
+#include "res/artwork_ids.h"
 #include "res/resource.h"
 
 namespace lumenor {
@@ -9,15 +11,17 @@ OptionValues Options;
 CDlgOptions::CDlgOptions() : CDialog(IDD_OPTIONS) {}
 
 namespace {
-constexpr int kPanelPicture = 219;
-constexpr int kSavePictures[4] = {501, 502, 503, 504};
+// The panel's corner lies this far in from the page's; it reaches as far in from the others.
+constexpr int kPanelInset = 10;
 }  // namespace
 
 bool CDlgOptions::OnInit() {
   Options = ReadOptionValues(CIniFileRW(kSettingsFileName));
-  (void)panel_.Load(kPanelPicture);  // without it the page is plain white
+  (void)panel_.Load(IDB_SETTINGS_PANEL);  // without it the page is plain white
   if (save_.Attach(window_, IDC_OPTIONS_SAVE)) {
-    save_.SetPictures(kSavePictures[0], kSavePictures[1], kSavePictures[2], kSavePictures[3]);
+    save_.SetPictures(IDB_SETTINGS_SAVE_NORMAL, IDB_SETTINGS_SAVE_HOT, IDB_SETTINGS_SAVE_PRESSED,
+                      IDB_SETTINGS_SAVE_DISABLED);
+    (void)save_.FitToPicture(controls::Corner::kBottomRight);  // else the picture is stretched to the template's size
   }
   return true;
 }
@@ -25,7 +29,9 @@ bool CDlgOptions::OnInit() {
 bool CDlgOptions::OnEraseBackground(HDC dc) {
   const RECT client = ClientRect();
   (void)::FillRect(dc, &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
-  (void)panel_.Draw(dc, 10, 10);
+  // The panel frames every control of the page, however large dialog units make it.
+  const RECT panel{kPanelInset, kPanelInset, client.right - kPanelInset, client.bottom - kPanelInset};
+  (void)panel_.DrawStretched(dc, panel);
   return true;
 }
 

@@ -10,11 +10,13 @@ namespace lumenor {
 
 class CDlgWelcome : public controls::CDialog {
  public:
+  // The size of the splash picture, should it be missing.
   static constexpr int kWidth = 456;
   static constexpr int kHeight = 300;
 
   CDlgWelcome();
   int ShowPlainPicture = 1;
+  SIZE PictureSize() const { return picture_.Size(); }
 
  protected:
   bool OnInit() override;

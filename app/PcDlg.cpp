@@ -4,33 +4,37 @@
 #include "app/StartupState.h"
 #include "base/ModulePath.h"
 #include "base/ResourceString.h"
+#include "controls/Layout.h"
 #include "controls/MemDC.h"
 #include "controls/Paint.h"
 #include "junk/JunkState.h"
+#include "res/artwork_ids.h"
 #include "res/resource.h"
 #include "scan/ScanState.h"
 
 #include <commctrl.h>
 #include <shlwapi.h>
 
+#include <algorithm>
 #include <cwchar>
+#include <initializer_list>
 #include <iterator>
+#include <utility>
 
 namespace lumenor {
 
 namespace {
 
-constexpr int kWindowWidth = 660;
-constexpr int kCaptionHeight = 34;
-constexpr int kFooterHeight = 40;
 constexpr COLORREF kFooterColour = RGB(226, 234, 244);
-constexpr POINT kTabOrigin{10, 40};
-constexpr SIZE kPageSize{640, 400};
-constexpr int kMainIcon = 128;
-constexpr int kAnimationIcons[4] = {312, 313, 314, 311};
-constexpr int kMenuSideBarPicture = 228;
+constexpr int kAnimationIcons[4] = {IDI_TRAY_FRAME0, IDI_TRAY_FRAME1, IDI_TRAY_FRAME2, IDI_TRAY_FRAME3};
 // Normal, hover and selected pictures of the four tabs.
-constexpr int kTabPictures[4][3] = {{366, 365, 364}, {357, 356, 355}, {351, 361, 362}, {202, 200, 199}};
+constexpr int kTabPictures[4][3] = {{IDB_TAB_SCAN_NORMAL, IDB_TAB_SCAN_HOT, IDB_TAB_SCAN_SELECTED},
+                                    {IDB_TAB_JUNK_NORMAL, IDB_TAB_JUNK_HOT, IDB_TAB_JUNK_SELECTED},
+                                    {IDB_TAB_SHRED_NORMAL, IDB_TAB_SHRED_HOT, IDB_TAB_SHRED_SELECTED},
+                                    {IDB_TAB_SETTINGS_NORMAL, IDB_TAB_SETTINGS_HOT, IDB_TAB_SETTINGS_SELECTED}};
+// Space around the frame's bands and between neighbours, in dialog units.
+constexpr SIZE kMarginUnits{6, 4};
+constexpr SIZE kGapUnits{2, 2};
 
 HICON LoadSmallIcon(int id) {
   return static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON,
@@ -84,6 +88,7 @@ bool CPcDlg::OnInit() {
   }
   SetUpSkin();
   CreatePages();
+  LayOutFrame();
   AddTrayIcon();
 
   int tab = kScanPage;
@@ -102,7 +107,7 @@ void CPcDlg::SetUpSkin() {
   // The caption in the template names the window (task bar, other programs); the skin
   // draws its own caption band instead of the system's.
   (void)ChangeStyle(WS_CAPTION | WS_THICKFRAME, 0);  // with the frame left, the skin is only smaller
-  mainIcon_ = LoadSmallIcon(kMainIcon);
+  mainIcon_ = LoadSmallIcon(IDI_MAIN);
   for (size_t frame = 0; frame < frameIcons_.size(); ++frame) {
     frameIcons_[frame] = LoadSmallIcon(kAnimationIcons[frame]);
   }
@@ -110,7 +115,7 @@ void CPcDlg::SetUpSkin() {
     (void)Send(WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(mainIcon_));  // answers the old icon
   }
 
-  (void)tabs_.CreateStrip(window_, IDC_MAIN_TABS, kTabOrigin, kShowPageMessage);
+  (void)tabs_.CreateStrip(window_, IDC_MAIN_TABS, POINT{}, kShowPageMessage);
   for (const auto& pictures : kTabPictures) {
     (void)tabs_.AddTab(pictures[0], pictures[1], pictures[2]);
   }
@@ -120,63 +125,114 @@ void CPcDlg::SetUpSkin() {
   for (size_t index = 0; index < buttons_.size(); ++index) {
     (void)buttons_[index].Attach(window_, ids[index]);
   }
+  // The title and the glyphs of minimise and close: a third larger than the dialog font,
+  // bold, so they grow with it.
   LOGFONTW title{};
   if (::GetObjectW(controls::DialogFont(window_), sizeof title, &title) != 0) {
     title.lfWeight = FW_BOLD;
-    title.lfHeight = -15;
+    title.lfHeight = ::MulDiv(title.lfHeight, 4, 3);
     titleFont_ = ::CreateFontIndirectW(&title);
     glyphFont_ = ::CreateFontIndirectW(&title);
   }
-
-  const RECT page = PageRect();
-  const int height = page.bottom + kFooterHeight;
-  RECT work{};
-  if (::SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0) == FALSE) {
-    work = RECT{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
-  }
-  (void)Move(work.left + (work.right - work.left - kWindowWidth) / 2, work.top + (work.bottom - work.top - height) / 2,
-             kWindowWidth, height);
-
-  // Caption band: Update and Help, then minimise and close at the right edge.
-  (void)CWindow(Item(IDC_SKIN_CLOSE)).Move(kWindowWidth - 34, 6, 28, 22);
-  (void)CWindow(Item(IDC_SKIN_MINIMIZE)).Move(kWindowWidth - 64, 6, 28, 22);
-  (void)CWindow(Item(IDC_MAIN_HELP)).Move(kWindowWidth - 136, 7, 64, 20);
-  (void)CWindow(Item(IDC_MAIN_UPDATE)).Move(kWindowWidth - 206, 7, 64, 20);
   if (glyphFont_ != nullptr) {
     for (int id : {IDC_SKIN_CLOSE, IDC_SKIN_MINIMIZE}) {
       (void)::SendMessageW(Item(id), WM_SETFONT, reinterpret_cast<WPARAM>(glyphFont_), FALSE);
     }
   }
-  // The AD banner fills the tab row right of the tabs.
-  const SIZE strip = tabs_.StripSize();
-  const int adLeft = kTabOrigin.x + strip.cx + 10;
-  (void)CWindow(Item(IDC_MAIN_AD)).Move(adLeft, kTabOrigin.y + 4, kWindowWidth - 10 - adLeft, strip.cy - 8);
-  // Footer: the home-page link at the left, Help at the right.
-  (void)CWindow(Item(IDC_MAIN_HOME_LINK)).Move(14, page.bottom + 14, 240, 16);
-  (void)CWindow(Item(IDC_MAIN_HELP_FOOTER)).Move(kWindowWidth - 90, page.bottom + 9, 80, 22);
   const std::wstring home = MakerHomePage();
   (void)homeLink_.Attach(window_, IDC_MAIN_HOME_LINK, home, home, kFooterColour,
                          [this](const std::wstring& address) { opener_(address, SW_SHOWNORMAL); });
 }
 
-RECT CPcDlg::PageRect() const {
-  const int top = kTabOrigin.y + tabs_.StripSize().cy + 4;
-  return RECT{10, top, 10 + kPageSize.cx, top + kPageSize.cy};
+SIZE CPcDlg::TitleSize() const {
+  SIZE size{};
+  HDC dc = ::GetDC(window_);
+  if (dc == nullptr) {
+    return size;
+  }
+  HGDIOBJ oldFont = ::SelectObject(dc, titleFont_ != nullptr ? titleFont_ : controls::DialogFont(window_));
+  const std::wstring title = Text();
+  if (::GetTextExtentPoint32W(dc, title.c_str(), static_cast<int>(title.size()), &size) == FALSE) {
+    size = SIZE{};
+  }
+  (void)::SelectObject(dc, oldFont);
+  (void)::ReleaseDC(window_, dc);
+  return size;
 }
 
 void CPcDlg::CreatePages() {
-  const RECT rect = PageRect();
   controls::CDialog* pages[] = {&scan_, &options_, &shred_, &junk_, &help_};
   for (controls::CDialog* page : pages) {
-    if (page->Create(window_)) {
-      (void)page->Move(rect);
-    }
+    (void)page->Create(window_);  // a page that could not be made stays blank
   }
   // The help page lies under the others.
   if (help_.Handle() != nullptr) {
     (void)::SetWindowPos(help_.Handle(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     help_.Show(SW_SHOW);
   }
+}
+
+void CPcDlg::LayOutFrame() {
+  const auto templateSize = [this](int id) {
+    const RECT rect = CWindow(Item(id)).RectInParent();
+    return SIZE{controls::Width(rect), controls::Height(rect)};
+  };
+  FrameParts parts;
+  for (const controls::CDialog* page :
+       std::initializer_list<const controls::CDialog*>{&scan_, &options_, &shred_, &junk_, &help_}) {
+    if (page->Handle() != nullptr) {
+      const SIZE size = controls::TemplateSize(page->Handle(), page->TemplateId());
+      parts.largestPage.cx = std::max(parts.largestPage.cx, size.cx);
+      parts.largestPage.cy = std::max(parts.largestPage.cy, size.cy);
+    }
+  }
+  parts.tabStrip = tabs_.StripSize();
+  parts.icon = SIZE{::GetSystemMetrics(SM_CXSMICON), ::GetSystemMetrics(SM_CYSMICON)};
+  parts.title = TitleSize();
+  parts.update = templateSize(IDC_MAIN_UPDATE);
+  parts.help = templateSize(IDC_MAIN_HELP);
+  parts.minimise = templateSize(IDC_SKIN_MINIMIZE);
+  parts.close = templateSize(IDC_SKIN_CLOSE);
+  parts.ad = templateSize(IDC_MAIN_AD);
+  parts.homeLink = templateSize(IDC_MAIN_HOME_LINK);
+  parts.footerHelp = templateSize(IDC_MAIN_HELP_FOOTER);
+  parts.margin = controls::DialogUnits(window_, kMarginUnits.cx, kMarginUnits.cy);
+  parts.gap = controls::DialogUnits(window_, kGapUnits.cx, kGapUnits.cy);
+  frame_ = ComputeFrameLayout(parts);
+
+  const std::pair<int, const RECT*> places[] = {
+      {IDC_MAIN_UPDATE, &frame_.update},
+      {IDC_MAIN_HELP, &frame_.help},
+      {IDC_SKIN_MINIMIZE, &frame_.minimise},
+      {IDC_SKIN_CLOSE, &frame_.close},
+      {IDC_MAIN_AD, &frame_.ad},
+      {IDC_MAIN_HOME_LINK, &frame_.homeLink},
+      {IDC_MAIN_HELP_FOOTER, &frame_.footerHelp},
+  };
+  for (const auto& [id, rect] : places) {
+    (void)CWindow(Item(id)).Move(*rect);  // a control that cannot move stays where the template put it
+  }
+  (void)tabs_.Move(frame_.tabOrigin.x, frame_.tabOrigin.y, parts.tabStrip.cx, parts.tabStrip.cy);
+  for (controls::CDialog* page :
+       std::initializer_list<controls::CDialog*>{&scan_, &options_, &shred_, &junk_, &help_}) {
+    if (page->Handle() != nullptr) {
+      const SIZE size = controls::TemplateSize(page->Handle(), page->TemplateId());
+      (void)page->Move(frame_.pages.left, frame_.pages.top, size.cx, size.cy);  // an unmoved page shows at 0, 0
+    }
+  }
+
+  // The window around the client area, centred on the work area.
+  RECT window{0, 0, frame_.client.cx, frame_.client.cy};
+  (void)::AdjustWindowRectEx(&window, static_cast<DWORD>(::GetWindowLongW(window_, GWL_STYLE)), FALSE,
+                             static_cast<DWORD>(::GetWindowLongW(window_, GWL_EXSTYLE)));  // unchanged: no frame
+  const int width = controls::Width(window);
+  const int height = controls::Height(window);
+  RECT work{};
+  if (::SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0) == FALSE) {
+    work = RECT{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
+  }
+  (void)Move(work.left + (controls::Width(work) - width) / 2, work.top + (controls::Height(work) - height) / 2, width,
+             height);
 }
 
 void CPcDlg::AddTrayIcon() {
@@ -384,17 +440,17 @@ void CPcDlg::OnTrayCallback(UINT iconId, UINT mouseMessage) {
 void CPcDlg::ShowTrayMenu() {
   if (!trayMenu_.Built()) {
     const controls::MenuEntry entries[] = {
-        {ID_TRAY_SECURITY, LoadResourceString(IDS_TRAY_SECURITY), 299},
-        {ID_TRAY_JUNK, LoadResourceString(IDS_TRAY_JUNK), 386},
-        {ID_TRAY_SHREDDER, LoadResourceString(IDS_TRAY_SHREDDER), 297},
-        {ID_TRAY_SETTINGS, LoadResourceString(IDS_TRAY_SETTINGS), 300},
-        {ID_TRAY_HELP, LoadResourceString(IDS_TRAY_HELP), 231},
+        {ID_TRAY_SECURITY, LoadResourceString(IDS_TRAY_SECURITY), IDI_MENU_SECURITY},
+        {ID_TRAY_JUNK, LoadResourceString(IDS_TRAY_JUNK), IDI_MENU_JUNK},
+        {ID_TRAY_SHREDDER, LoadResourceString(IDS_TRAY_SHREDDER), IDI_MENU_SHREDDER},
+        {ID_TRAY_SETTINGS, LoadResourceString(IDS_TRAY_SETTINGS), IDI_MENU_SETTINGS},
+        {ID_TRAY_HELP, LoadResourceString(IDS_TRAY_HELP), IDI_MENU_HELP},
         {0, L"", 0},
-        {ID_TRAY_ONE_CLICK, LoadResourceString(IDS_TRAY_ONE_CLICK), 229},
+        {ID_TRAY_ONE_CLICK, LoadResourceString(IDS_TRAY_ONE_CLICK), IDI_MENU_ONE_CLICK},
         {0, L"", 0},
-        {ID_TRAY_EXIT, LoadResourceString(IDS_TRAY_EXIT), 161},
+        {ID_TRAY_EXIT, LoadResourceString(IDS_TRAY_EXIT), IDI_MENU_EXIT},
     };
-    if (!trayMenu_.Build(entries, LoadResourceString(IDS_PRODUCT_NAME), kMenuSideBarPicture)) {
+    if (!trayMenu_.Build(entries, LoadResourceString(IDS_PRODUCT_NAME), IDB_SPLASH_WELCOME)) {
       return;
     }
   }
@@ -459,7 +515,7 @@ bool CPcDlg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& resu
     case WM_NCHITTEST: {
       // The caption band moves the window, as a system caption would.
       POINT point{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
-      if (::ScreenToClient(window_, &point) != FALSE && point.y >= 0 && point.y < kCaptionHeight) {
+      if (::ScreenToClient(window_, &point) != FALSE && point.y >= 0 && point.y < frame_.caption.bottom) {
         result = HTCAPTION;
         return true;
       }
@@ -486,25 +542,24 @@ void CPcDlg::Paint(HDC target) const {
   controls::CMemDC memory(target, client);
   HDC dc = memory.Get();
   (void)controls::FillSolid(dc, client, controls::kSkinBackground);
-  const RECT caption{0, 0, client.right, kCaptionHeight};
-  (void)controls::FillGradient(dc, caption, controls::kSkinCaptionTop, controls::kSkinCaptionBottom);
-  const RECT page = PageRect();
-  const RECT footer{0, page.bottom + 4, client.right, client.bottom};
-  (void)controls::FillSolid(dc, footer, kFooterColour);
-  const RECT pageFrame{page.left - 1, page.top - 1, page.right + 1, page.bottom + 1};
+  (void)controls::FillGradient(dc, frame_.caption, controls::kSkinCaptionTop, controls::kSkinCaptionBottom);
+  (void)controls::FillSolid(dc, frame_.footer, kFooterColour);
+  const RECT& pages = frame_.pages;
+  const RECT pageFrame{pages.left - 1, pages.top - 1, pages.right + 1, pages.bottom + 1};
   (void)controls::DrawFrame(dc, pageFrame, controls::kSkinBorder);
   (void)controls::DrawFrame(dc, client, controls::kSkinCaptionTop);
 
   if (mainIcon_ != nullptr) {
-    (void)::DrawIconEx(dc, 10, (kCaptionHeight - 16) / 2, mainIcon_, 16, 16, 0, nullptr, DI_NORMAL);
+    (void)::DrawIconEx(dc, frame_.icon.left, frame_.icon.top, mainIcon_, controls::Width(frame_.icon),
+                       controls::Height(frame_.icon), 0, nullptr, DI_NORMAL);
   }
   const std::wstring title = Text();
-  RECT titleRect{34, 0, client.right / 2, kCaptionHeight};
+  RECT titleRect{frame_.title.left, frame_.caption.top, frame_.update.left, frame_.caption.bottom};
   HGDIOBJ oldFont = ::SelectObject(dc, titleFont_ != nullptr ? titleFont_ : controls::DialogFont(window_));
   (void)::SetBkMode(dc, TRANSPARENT);
   (void)::SetTextColor(dc, RGB(255, 255, 255));
   (void)::DrawTextW(dc, title.c_str(), static_cast<int>(title.size()), &titleRect,
-                    DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+                    DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
   (void)::SelectObject(dc, oldFont);
 }
 

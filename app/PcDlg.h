@@ -5,7 +5,9 @@
 
 #include "app/DlgHelp.h"
 #include "app/DlgOptions.h"
+#include "app/FrameLayout.h"
 #include "app/MakerSite.h"
+#include "app/ShellMessages.h"
 #include "controls/Dialog.h"
 #include "controls/GifPicture.h"
 #include "controls/HyperLink.h"
@@ -28,10 +30,6 @@ namespace lumenor {
 
 class CPcDlg : public controls::CDialog {
  public:
-  static constexpr UINT kTrayCallbackMessage = WM_USER + 5;
-  static constexpr UINT kShowPageMessage = WM_USER + 100;
-  static constexpr UINT kShowShredderMessage = WM_USER + 101;
-  static constexpr UINT kTrayIconId = 128;
   static constexpr UINT_PTR kSchedulerTimer = 6;
   static constexpr UINT kSchedulerPeriodMs = 60000;
   static constexpr UINT_PTR kAnimationTimer = 1000;
@@ -61,6 +59,8 @@ class CPcDlg : public controls::CDialog {
   CDlgOptions& OptionsPage() { return options_; }
   CDlgHelp& HelpPage() { return help_; }
   const controls::CMyTabCtrl& Tabs() const { return tabs_; }
+  // Where the skin's bands and controls lie in the client area.
+  const FrameLayout& Frame() const { return frame_; }
   const NOTIFYICONDATAW& TrayRecord() const { return tray_; }
   bool TrayIconAdded() const { return trayAdded_; }
   bool TrayMenuBuilt() const { return trayMenu_.Built(); }
@@ -78,7 +78,9 @@ class CPcDlg : public controls::CDialog {
  private:
   void SetUpSkin();
   void CreatePages();
-  RECT PageRect() const;
+  // Sizes the window around the largest page and places the skin's bands and controls.
+  void LayOutFrame();
+  SIZE TitleSize() const;
   void AddTrayIcon();
   bool ModifyTrayIcon();
   void OnTrayCallback(UINT iconId, UINT mouseMessage);
@@ -102,6 +104,7 @@ class CPcDlg : public controls::CDialog {
   CDlgJunk junk_;
   CDlgHelp help_;
 
+  FrameLayout frame_;
   controls::CMyTabCtrl tabs_;
   std::array<controls::CNButtonEx, 6> buttons_;
   controls::CMyHyperLink homeLink_;

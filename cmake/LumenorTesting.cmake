@@ -46,3 +46,19 @@ function(lumenor_add_test name)
     set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED ${LUMENOR_TEST_FIXTURES})
   endif()
 endfunction()
+
+# lumenor_add_dpi_runs(NAME DPI...)
+# Runs test program NAME once more for each screen resolution in DPI (dots per inch), as
+# NAME_<DPI>dpi, each in a Wine prefix of its own set to it. The program finds the
+# resolution it was meant to run at in LUMENOR_LOG_PIXELS. Only under Wine: on Windows
+# the machine's own resolution is the one there is.
+function(lumenor_add_dpi_runs name)
+  if(NOT LUMENOR_WINE_RUNNER)
+    return()
+  endif()
+  foreach(dpi IN LISTS ARGN)
+    set(run ${name}_${dpi}dpi)
+    add_test(NAME ${run} COMMAND ${LUMENOR_WINE_RUNNER} ${CMAKE_BINARY_DIR}/wineprefix-${dpi}dpi $<TARGET_FILE:${name}>)
+    set_tests_properties(${run} PROPERTIES TIMEOUT 600 ENVIRONMENT LUMENOR_LOG_PIXELS=${dpi})
+  endforeach()
+endfunction()

@@ -1,5 +1,6 @@
 #include "controls/MyListCtrl.h"
 
+#include "controls/Layout.h"
 #include "controls/Paint.h"
 
 #include <commctrl.h>
@@ -31,15 +32,21 @@ bool CMyListCtrl::SetUp() {
 }
 
 bool CMyListCtrl::AddColumn(const std::wstring& title, int width) {
+  if (columns_ > 0) {
+    // The column that was last gives up what it took from the list.
+    (void)Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(columns_ - 1), MAKELPARAM(lastColumnWidth_, 0));
+  }
   LVCOLUMNW column{};
   column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-  column.cx = width;
+  column.cx = TextPixels(window_, width);
   column.pszText = const_cast<wchar_t*>(title.c_str());
   column.iSubItem = columns_;
   if (Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(columns_), reinterpret_cast<LPARAM>(&column)) < 0) {
     return false;
   }
   ++columns_;
+  lastColumnWidth_ = column.cx;
+  (void)FitLastColumn(window_, lastColumnWidth_);  // without it the column keeps its given width
   return true;
 }
 
@@ -80,6 +87,15 @@ LPARAM CMyListCtrl::RowTag(int row) const {
   item.mask = LVIF_PARAM;
   item.iItem = row;
   return Send(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)) != FALSE ? item.lParam : 0;
+}
+
+LRESULT CMyListCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = Default(message, wParam, lParam);
+  // A move, or a scroll bar coming or going, changes the width the last column can take.
+  if (message == WM_SIZE && columns_ > 0) {
+    (void)FitLastColumn(window_, lastColumnWidth_);  // without it the column keeps its width
+  }
+  return result;
 }
 
 bool CMyListCtrl::OnReflected(UINT message, WPARAM, LPARAM lParam, LRESULT& result) {

@@ -1,5 +1,6 @@
-// Owner-drawn report list: headed columns, striped rows, the selection in the skin's
-// accent colour. Rows are plain texts with a 32-bit tag each.
+// Report list: headed columns, and when owner-drawn, striped rows with the selection in
+// the skin's accent colour. Rows are plain texts with a 32-bit tag each. The last column
+// always reaches the list's right edge (see Layout.h).
 #pragma once
 
 #include "controls/Control.h"
@@ -23,7 +24,10 @@ class CMyListCtrl : public CControl {
   // Takes over a list view of a dialog template.
   bool Attach(HWND dialog, int id);
 
+  // Appends a column `width` pixels wide at 96 dots per inch (wider at higher
+  // resolutions); the last column may grow to fill the list.
   bool AddColumn(const std::wstring& title, int width);
+  int ColumnCount() const { return columns_; }
   // Appends a row; returns its index or -1.
   int AppendRow(const std::vector<std::wstring>& texts, LPARAM tag);
   bool DeleteRow(int row) const { return Send(LVM_DELETEITEM, static_cast<WPARAM>(row)) != FALSE; }
@@ -34,11 +38,15 @@ class CMyListCtrl : public CControl {
 
   bool OnReflected(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 
+ protected:
+  LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
  private:
   bool SetUp();
   void DrawRow(const DRAWITEMSTRUCT& draw) const;
 
   int columns_ = 0;
+  int lastColumnWidth_ = 0;  // as given, before it was fitted to the list
   HIMAGELIST rowHeight_ = nullptr;
 };
 

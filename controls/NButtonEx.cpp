@@ -36,6 +36,14 @@ bool CNButtonEx::SetSize(int width, int height) const {
   return Move(rect.left, rect.top, width, height);
 }
 
+bool CNButtonEx::FitToPicture(Corner corner) const {
+  const SIZE size = PictureSize();
+  if (size.cx <= 0 || size.cy <= 0) {
+    return false;
+  }
+  return ResizeKeepingCorner(window_, size, corner);
+}
+
 CNButtonEx::Look CNButtonEx::LookFor(UINT itemState) const {
   if ((itemState & ODS_DISABLED) != 0) {
     return kDisabled;

@@ -5,6 +5,7 @@
 
 #include "controls/Bitmap.h"
 #include "controls/Control.h"
+#include "controls/Layout.h"
 
 #include <array>
 #include <string>
@@ -24,6 +25,11 @@ class CNButtonEx : public CControl {
   void SetPictures(int normal, int hover, int pressed, int disabled);
   // Resizes the button, keeping its top left corner.
   bool SetSize(int width, int height) const;
+  // The normal picture's size; zero without one.
+  SIZE PictureSize() const { return pictures_[kNormal].Size(); }
+  // Takes the normal picture's size, keeping `corner` where it is; a button without a
+  // picture keeps its size.
+  bool FitToPicture(Corner corner) const;
 
   // Which picture a button in the drawing state `itemState` (ODS_*) shows.
   Look LookFor(UINT itemState) const;

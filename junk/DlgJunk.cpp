@@ -1,7 +1,9 @@
 #include "junk/DlgJunk.h"
 
 #include "base/ResourceString.h"
+#include "controls/Layout.h"
 #include "controls/Paint.h"
+#include "res/artwork_ids.h"
 #include "res/resource.h"
 
 #include <commctrl.h>
@@ -20,20 +22,14 @@ bool CDlgJunk::OnInit() {
     (void)choices_[index].Attach(window_, kChoiceIds[index], 0, 0, controls::kPageBackground);
   }
   if (start_.Attach(window_, IDC_JUNK_START)) {
-    start_.SetPictures(511, 512, 513, 514);
+    start_.SetPictures(IDB_JUNK_START_NORMAL, IDB_JUNK_START_HOT, IDB_JUNK_START_PRESSED, IDB_JUNK_START_DISABLED);
+    (void)start_.FitToPicture(controls::Corner::kBottomRight);  // else the picture is stretched to the template's size
   }
-  HWND catalogue = Item(IDC_JUNK_CATALOG);
-  (void)::SendMessageW(catalogue, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT,
-                       LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);  // answers the old style
-  const int columnIds[2] = {IDS_JUNK_COLUMN_TYPE, IDS_JUNK_COLUMN_DESCRIPTION};
-  const int widths[2] = {80, 170};
-  for (int column = 0; column < 2; ++column) {
-    std::wstring title = LoadResourceString(static_cast<unsigned>(columnIds[column]));
-    LVCOLUMNW header{};
-    header.mask = LVCF_TEXT | LVCF_WIDTH;
-    header.cx = widths[column];
-    header.pszText = title.data();
-    (void)::SendMessageW(catalogue, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&header));
+  if (catalogue_.Attach(window_, IDC_JUNK_CATALOG)) {
+    (void)catalogue_.Send(LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES,
+                          LVS_EX_CHECKBOXES);  // answers the old style
+    (void)catalogue_.AddColumn(LoadResourceString(IDS_JUNK_COLUMN_TYPE), 80);
+    (void)catalogue_.AddColumn(LoadResourceString(IDS_JUNK_COLUMN_DESCRIPTION), 170);
   }
   choices_[0].SetChecked(true);
   choices_[2].SetChecked(true);

@@ -4,6 +4,7 @@
 
 #include "controls/Dialog.h"
 #include "controls/MyCheckBox.h"
+#include "controls/MyListCtrl.h"
 #include "controls/NButtonEx.h"
 
 #include <array>
@@ -17,6 +18,7 @@ class CDlgJunk : public controls::CDialog {
   // Back to the set-up state: all disks chosen, folder cleared and disabled.
   void ResetToSetUp();
   int Resets() const { return resets_; }
+  const controls::CMyListCtrl& Catalogue() const { return catalogue_; }
 
  protected:
   bool OnInit() override;
@@ -26,6 +28,7 @@ class CDlgJunk : public controls::CDialog {
  private:
   void EnableFolder(bool enable) const;
 
+  controls::CMyListCtrl catalogue_;
   std::array<controls::CMyCheckBox, 5> choices_;
   controls::CNButtonEx start_;
   int resets_ = 0;

@@ -2,6 +2,8 @@
 
 #include "base/ResourceString.h"
 #include "catalogue/Catalogue.h"
+#include "controls/Layout.h"
+#include "res/artwork_ids.h"
 #include "res/resource.h"
 
 #include <commctrl.h>
@@ -10,24 +12,44 @@ namespace lumenor {
 
 namespace {
 
-constexpr int kGifBusy = 206;
+// The page's skinned layout, in pixels: 10 from the page's edges; the three selection
+// buttons in a row over the tree; the action buttons stacked right of it, in a column as
+// wide as the widest look of the scan button (the stop look); the results list under
+// the tree over the page's width; the animation below the action buttons.
+constexpr int kMargin = 10;
+constexpr SIZE kSelectionButton{149, 21};
+constexpr SIZE kActionButton{104, 27};
+constexpr int kActionColumnWidth = 128;
+constexpr int kActionStep = 33;     // from one action button's top to the next
+constexpr int kTreeToActions = 26;  // between the tree and the action column
+constexpr int kTreeToResults = 4;
 
 struct ButtonSpec {
   size_t slot;
   int command;
   int pictures[4];
-  int left, top, width, height;
 };
-// Scan, delete-row and erase stacked right of the tree; the three selection buttons in a
-// row over it.
-constexpr ButtonSpec kButtons[] = {
-    {0, IDC_SCAN_START, {207, 210, 209, 180}, 483, 10, 104, 27},
-    {1, IDC_SCAN_DELETE_ROW, {214, 213, 212, 211}, 483, 43, 104, 27},
-    {2, IDC_SCAN_ERASE, {215, 218, 217, 216}, 483, 76, 104, 27},
-    {4, IDC_SCAN_SELECT_ALL, {327, 326, 325, 325}, 10, 10, 149, 21},
-    {5, IDC_SCAN_SELECT_NONE, {324, 332, 331, 331}, 159, 10, 149, 21},
-    {6, IDC_SCAN_SELECT_DEFAULT, {330, 329, 328, 328}, 308, 10, 149, 21},
+// Scan, delete-row and erase, then select all, none and default.
+constexpr ButtonSpec kActionButtons[] = {
+    {0, IDC_SCAN_START, {IDB_SCAN_NORMAL, IDB_SCAN_HOT, IDB_SCAN_PRESSED, IDB_SCAN_DISABLED}},
+    {1,
+     IDC_SCAN_DELETE_ROW,
+     {IDB_DELETE_ROW_NORMAL, IDB_DELETE_ROW_HOT, IDB_DELETE_ROW_PRESSED, IDB_DELETE_ROW_DISABLED}},
+    {2, IDC_SCAN_ERASE, {IDB_ERASE_NORMAL, IDB_ERASE_HOT, IDB_ERASE_PRESSED, IDB_ERASE_DISABLED}},
 };
+constexpr ButtonSpec kSelectionButtons[] = {
+    {4,
+     IDC_SCAN_SELECT_ALL,
+     {IDB_SELECT_ALL_NORMAL, IDB_SELECT_ALL_HOT, IDB_SELECT_ALL_PRESSED, IDB_SELECT_ALL_PRESSED}},
+    {5,
+     IDC_SCAN_SELECT_NONE,
+     {IDB_SELECT_NONE_NORMAL, IDB_SELECT_NONE_HOT, IDB_SELECT_NONE_PRESSED, IDB_SELECT_NONE_PRESSED}},
+    {6,
+     IDC_SCAN_SELECT_DEFAULT,
+     {IDB_SELECT_DEFAULT_NORMAL, IDB_SELECT_DEFAULT_HOT, IDB_SELECT_DEFAULT_PRESSED, IDB_SELECT_DEFAULT_PRESSED}},
+};
+
+RECT Sized(int left, int top, SIZE size) { return RECT{left, top, left + size.cx, top + size.cy}; }
 
 }  // namespace
 
@@ -37,7 +59,7 @@ void CDlgScan::StartOneClickErase() { ++oneClickRequests_; }
 
 bool CDlgScan::OnInit() {
   (void)animation_.Attach(window_, IDC_SCAN_ANIMATION);
-  (void)animation_.Load(kGifBusy);  // without the picture the area stays blank
+  (void)animation_.Load(IDR_GIF_BUSY);  // without the picture the area stays blank
   animation_.Start();
 
   tree_ = ::CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
@@ -60,11 +82,14 @@ bool CDlgScan::OnInit() {
 }
 
 void CDlgScan::MakeButtons() {
-  for (const ButtonSpec& spec : kButtons) {
-    controls::CNButtonEx& button = buttons_[spec.slot];
-    const RECT rect{spec.left, spec.top, spec.left + spec.width, spec.top + spec.height};
-    if (button.CreateButton(window_, spec.command, rect)) {
-      button.SetPictures(spec.pictures[0], spec.pictures[1], spec.pictures[2], spec.pictures[3]);
+  // Made at their pictures' size; LayOut places them.
+  for (const auto* specs : {&kActionButtons, &kSelectionButtons}) {
+    for (const ButtonSpec& spec : *specs) {
+      controls::CNButtonEx& button = buttons_[spec.slot];
+      const SIZE size = specs == &kActionButtons ? kActionButton : kSelectionButton;
+      if (button.CreateButton(window_, spec.command, Sized(0, 0, size))) {
+        button.SetPictures(spec.pictures[0], spec.pictures[1], spec.pictures[2], spec.pictures[3]);
+      }
     }
   }
 }
@@ -94,13 +119,27 @@ void CDlgScan::FillTree() {
 
 void CDlgScan::LayOut() {
   const RECT client = ClientRect();
-  const int width = client.right;
-  const int height = client.bottom;
-  if (tree_ != nullptr) {
-    (void)::MoveWindow(tree_, 10, 30, 457 - 10, height / 2 - 30, TRUE);
+  int left = client.left + kMargin;
+  for (const ButtonSpec& spec : kSelectionButtons) {
+    (void)buttons_[spec.slot].Move(Sized(left, client.top + kMargin, kSelectionButton));
+    left += kSelectionButton.cx;
   }
-  (void)results_.Move(RECT{10, height / 2 + 4, width - 10, height - 10});
-  (void)animation_.Move(RECT{467, 110, width - 10, height / 2});
+  const int actionLeft = client.right - kMargin - kActionColumnWidth;
+  int actionTop = client.top + kMargin;
+  for (const ButtonSpec& spec : kActionButtons) {
+    (void)buttons_[spec.slot].Move(Sized(actionLeft, actionTop, kActionButton));
+    actionTop += kActionStep;
+  }
+  const RECT tree{client.left + kMargin, client.top + kMargin + kSelectionButton.cy, actionLeft - kTreeToActions,
+                  client.bottom / 2};
+  if (tree_ != nullptr) {
+    (void)::MoveWindow(tree_, tree.left, tree.top, controls::Width(tree), controls::Height(tree), TRUE);
+  }
+  (void)results_.Move(
+      RECT{client.left + kMargin, tree.bottom + kTreeToResults, client.right - kMargin, client.bottom - kMargin});
+  // Where a fourth action button would go, in what is left beside the tree; the picture
+  // is drawn centred in it.
+  (void)animation_.Move(RECT{tree.right + kMargin, actionTop, client.right - kMargin, tree.bottom});
 }
 
 bool CDlgScan::OnEraseBackground(HDC dc) {

@@ -3,6 +3,7 @@
 #include "base/ResourceString.h"
 #include "base/UniqueHandle.h"
 #include "controls/Paint.h"
+#include "res/artwork_ids.h"
 #include "res/resource.h"
 
 namespace lumenor {
@@ -21,7 +22,8 @@ bool CDlgShred::OnInit() {
   }
   methods_[0].SetChecked(true);
   if (shred_.Attach(window_, IDC_SHRED_SHRED)) {
-    shred_.SetPictures(541, 542, 543, 544);
+    shred_.SetPictures(IDB_SHRED_NORMAL, IDB_SHRED_HOT, IDB_SHRED_PRESSED, IDB_SHRED_DISABLED);
+    (void)shred_.FitToPicture(controls::Corner::kBottomRight);  // else the picture is stretched to the template's size
   }
   return true;
 }

@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
-# Runs lumenor.exe under Wine on a private Xvfb screen, walks every tab, the help page
-# and the notification-area menu, and saves a PNG of the screen after each step into
-# build/<arch>/screenshots/.
+# Runs lumenor.exe under Wine on a private Xvfb screen and saves one PNG per page and
+# dialog, cut to its window, into build/<arch>/screenshots/:
+#   96dpi-*   the splash, every tab, the help page and the notification-area menu (opened
+#             with the cursor inside the window, so that it shows within it);
+#   144dpi-*  the main pages again, in a prefix of their own set to 144 dots per inch,
+#             where dialog units are half as large again.
 #   tools/screenshots.sh [x86_64]        (build first: scripts/build.sh x86_64)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -9,7 +12,6 @@ arch=${1:-x86_64}
 build="$root/build/$arch"
 out="$build/screenshots"
 runner="$root/tools/wine/run-in-prefix.sh"
-prefix="$build/wineprefix"
 
 if ! command -v import >/dev/null || ! command -v Xvfb >/dev/null; then
   sudo_cmd=""
@@ -22,41 +24,65 @@ fi
 mkdir -p "$out"
 rm -f "$out"/*.png
 display=":$((90 + RANDOM % 50))"
-Xvfb "$display" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+Xvfb "$display" -screen 0 1600x1200x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb_pid=$!
 export DISPLAY=$display
 app_pid=""
+prefix=""
 cleanup() {
   if [ -n "$app_pid" ]; then kill "$app_pid" 2>/dev/null || true; fi
-  WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true
+  if [ -n "$prefix" ]; then WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true; fi
   kill "$xvfb_pid" 2>/dev/null || true
 }
 trap cleanup EXIT
 sleep 1
 
-"$runner" "$prefix" --prepare
-# A fresh settings file each time, so the window opens as on a first start.
-rm -f "$prefix/drive_c/lumenor/setting.ini"
-
 drive() { "$runner" "$prefix" "$build/bin/lumenor-driver.exe" "$@"; }
-shot() { import -window root "$out/$1.png"; echo "screenshots: $out/$1.png"; }
+# shot NAME [GEOMETRY]: the screen, or the part of it that GEOMETRY (WxH+X+Y) gives.
+shot() {
+  if [ -n "${2:-}" ]; then
+    import -window root -crop "$2" +repage "$out/$1.png"
+  else
+    import -window root "$out/$1.png"
+  fi
+  echo "screenshots: $out/$1.png"
+}
+page() {
+  drive "command:$2" sleep:600
+  shot "$1" "$(drive geometry | tr -d '\r')"
+}
 
-"$runner" "$prefix" "$build/bin/lumenor.exe" &
-app_pid=$!
-sleep 1.0
-shot 00-splash
-drive wait sleep:800
-shot 01-scan
-drive command:20001 sleep:600
-shot 02-junk
-drive command:20003 sleep:600
-shot 03-shredder
-drive command:20002 sleep:600
-shot 04-settings
-drive command:20004 sleep:600
-shot 05-help
-drive command:20000 sleep:400 tray-menu sleep:800
-shot 06-tray-menu
-drive escape sleep:300 command:20007
-wait "$app_pid" || true
-app_pid=""
+# One run of the program in prefix $1 at $2 dots per inch; with "all", also the splash,
+# the help page and the menu.
+session() {
+  prefix=$1
+  local dpi=$2 what=$3
+  export LUMENOR_LOG_PIXELS=$dpi
+  "$runner" "$prefix" --prepare
+  # A fresh settings file each time, so the window opens as on a first start.
+  rm -f "$prefix/drive_c/lumenor/setting.ini"
+  "$runner" "$prefix" "$build/bin/lumenor.exe" &
+  app_pid=$!
+  if [ "$what" = all ]; then
+    sleep 1.0
+    shot "${dpi}dpi-00-splash" "$(drive splash-geometry | tr -d '\r')"
+  fi
+  drive wait sleep:800
+  shot "${dpi}dpi-01-scan" "$(drive geometry | tr -d '\r')"
+  page "${dpi}dpi-02-junk" 20001
+  page "${dpi}dpi-03-shredder" 20003
+  page "${dpi}dpi-04-settings" 20002
+  page "${dpi}dpi-05-help" 20004
+  if [ "$what" = all ]; then
+    drive command:20000 sleep:400 tray-menu sleep:800
+    shot "${dpi}dpi-06-tray-menu" "$(drive geometry | tr -d '\r')"
+    drive escape sleep:300
+  fi
+  drive command:20007
+  wait "$app_pid" || true
+  app_pid=""
+  WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true
+}
+
+session "$build/wineprefix" 96 all
+session "$build/wineprefix-144dpi" 144 pages

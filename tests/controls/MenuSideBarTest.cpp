@@ -1,6 +1,8 @@
 // The owner-drawn menu: entries measured to one side bar as tall as the menu, and each
 // entry drawing its own slice of that bar wherever the system puts the entry.
 #include "controls/MyMenu.h"
+#include "res/artwork_ids.h"
+#include "res/resource.h"
 
 #include <gtest/gtest.h>
 
@@ -10,15 +12,15 @@ namespace lumenor::controls {
 namespace {
 
 std::vector<MenuEntry> TrayEntries() {
-  return {{20000, L"Security(&S)", 299},
-          {20001, L"Junk(&J)", 386},
-          {20003, L"Shredder(&F)", 297},
-          {20002, L"Settings(&O)", 300},
-          {20005, L"Help(&H)", 231},
+  return {{ID_TRAY_SECURITY, L"Security(&S)", IDI_MENU_SECURITY},
+          {ID_TRAY_JUNK, L"Junk(&J)", IDI_MENU_JUNK},
+          {ID_TRAY_SHREDDER, L"Shredder(&F)", IDI_MENU_SHREDDER},
+          {ID_TRAY_SETTINGS, L"Settings(&O)", IDI_MENU_SETTINGS},
+          {ID_TRAY_HELP, L"Help(&H)", IDI_MENU_HELP},
           {0, L"", 0},
-          {20006, L"One-click Erase(&C)", 229},
+          {ID_TRAY_ONE_CLICK, L"One-click Erase(&C)", IDI_MENU_ONE_CLICK},
           {0, L"", 0},
-          {20007, L"Exit(&C)", 161}};
+          {ID_TRAY_EXIT, L"Exit(&C)", IDI_MENU_EXIT}};
 }
 
 ULONG_PTR ItemData(HMENU menu, UINT position) {
@@ -40,7 +42,7 @@ std::vector<COLORREF> Column(HDC dc, int x, int top, int height) {
 TEST(MenuSideBar, EntriesStackToTheSideBarsHeight) {
   CMyMenu menu;
   const std::vector<MenuEntry> entries = TrayEntries();
-  ASSERT_TRUE(menu.Build(entries, L"Lumenor", 228));
+  ASSERT_TRUE(menu.Build(entries, L"Lumenor", IDB_SPLASH_WELCOME));
   ASSERT_EQ(GetMenuItemCount(menu.Handle()), 9);
   int total = 0;
   for (UINT position = 0; position < entries.size(); ++position) {
@@ -65,7 +67,7 @@ TEST(MenuSideBar, EntriesStackToTheSideBarsHeight) {
 TEST(MenuSideBar, EachEntryDrawsItsOwnSliceOfTheBarEvenInsideAFrame) {
   CMyMenu menu;
   const std::vector<MenuEntry> entries = TrayEntries();
-  ASSERT_TRUE(menu.Build(entries, L"Lumenor", 228));
+  ASSERT_TRUE(menu.Build(entries, L"Lumenor", IDB_SPLASH_WELCOME));
   HDC screen = GetDC(nullptr);
   HDC bar = CreateCompatibleDC(screen);
   HDC canvas = CreateCompatibleDC(screen);

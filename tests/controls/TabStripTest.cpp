@@ -1,6 +1,7 @@
 // The skinned tab strip: where the tabs lie, which look each shows, and what a click
 // tells the owner.
 #include "controls/MyTabCtrl.h"
+#include "res/artwork_ids.h"
 
 #include <gtest/gtest.h>
 
@@ -37,7 +38,7 @@ class TabStrip : public ::testing::Test {
 };
 
 TEST_F(TabStrip, TabsLieSideBySideAtTheirPicturesSize) {
-  strip_.AddTab(366, 365, 364);     // pictures of the program
+  strip_.AddTab(IDB_TAB_SCAN_NORMAL, IDB_TAB_SCAN_HOT, IDB_TAB_SCAN_SELECTED);
   strip_.AddTab(9990, 9991, 9992);  // no such pictures: the plain tab
   const SIZE picture = strip_.TabRect(0).right > 0 ? SIZE{strip_.TabRect(0).right, strip_.TabRect(0).bottom} : SIZE{};
   EXPECT_GT(picture.cx, 0);

@@ -35,8 +35,8 @@ TEST_F(MainWindowTest, StartsOnThePrivacyPageWithTheIconInTheNotificationArea) {
   EXPECT_EQ(VisiblePages(), (Pages{true, false, false, false}));
   EXPECT_TRUE(Window().HelpPage().IsVisible()) << "the help page lies underneath, always shown";
   const NOTIFYICONDATAW& icon = Window().TrayRecord();
-  EXPECT_EQ(icon.uID, 128u);
-  EXPECT_EQ(icon.uCallbackMessage, 0x405u);
+  EXPECT_EQ(icon.uID, kTrayIconId);
+  EXPECT_EQ(icon.uCallbackMessage, kTrayCallbackMessage);
   EXPECT_EQ(icon.uFlags, 7u);
   EXPECT_STREQ(icon.szTip, L"Lumenor");
 }
@@ -76,10 +76,10 @@ TEST_F(MainWindowTest, ClickingATabShowsItsPageAndRefreshesTheJunkPage) {
   EXPECT_EQ(Window().JunkPage().Resets(), resetsBefore + 1);
 
   // The show-page message itself, as another part would post it.
-  PostMessageW(Main(), CPcDlg::kShowPageMessage, 0, CPcDlg::kOptionsPage);
+  PostMessageW(Main(), kShowPageMessage, 0, CPcDlg::kOptionsPage);
   Pump();
   EXPECT_EQ(VisiblePages(), (Pages{false, false, false, true}));
-  PostMessageW(Main(), CPcDlg::kShowShredderMessage, 0, 0);
+  PostMessageW(Main(), kShowShredderMessage, 0, 0);
   Pump();
   EXPECT_EQ(VisiblePages(), (Pages{false, false, true, false}));
 }
@@ -90,7 +90,7 @@ TEST_F(MainWindowTest, WebHelpOpensTheFaqWithoutChangingThePage) {
   Command(20005);
   Command(1002);
   Command(1039);
-  PostMessageW(Main(), CPcDlg::kShowPageMessage, 0, CPcDlg::kFaqPage);
+  PostMessageW(Main(), kShowPageMessage, 0, CPcDlg::kFaqPage);
   Pump();
   Command(1040);
   ASSERT_TRUE(SetEnvironmentVariableW(kMakerSiteVariable, nullptr));
@@ -209,23 +209,23 @@ TEST_F(MainWindowTest, IconClicksAreIgnoredWhileAnyWorkRuns) {
   Window().Show(SW_HIDE);
   for (std::atomic<int>* flag : {&ScanBusy, &EraseDialogOpen, &JunkSearchRunning}) {
     *flag = 1;
-    SendMessageW(Main(), CPcDlg::kTrayCallbackMessage, 128, WM_LBUTTONDBLCLK);
-    SendMessageW(Main(), CPcDlg::kTrayCallbackMessage, 128, WM_RBUTTONUP);
+    SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_LBUTTONDBLCLK);
+    SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_RBUTTONUP);
     Pump();
     EXPECT_FALSE(Window().IsVisible());
     EXPECT_FALSE(Window().TrayMenuBuilt());
     *flag = 0;
   }
-  SendMessageW(Main(), CPcDlg::kTrayCallbackMessage, 129, WM_LBUTTONDBLCLK);
+  SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId + 1, WM_LBUTTONDBLCLK);
   EXPECT_FALSE(Window().IsVisible()) << "another icon's clicks are not ours";
 
   AutoStarted = 1;
-  SendMessageW(Main(), CPcDlg::kTrayCallbackMessage, 128, WM_LBUTTONDBLCLK);
+  SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_LBUTTONDBLCLK);
   EXPECT_TRUE(Window().IsVisible());
   EXPECT_EQ(AutoStarted, 0);
 
   ASSERT_NE(SetTimer(nullptr, 0, 300, CloseMenu), 0u);
-  SendMessageW(Main(), CPcDlg::kTrayCallbackMessage, 128, WM_RBUTTONUP);
+  SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_RBUTTONUP);
   EXPECT_TRUE(Window().TrayMenuBuilt()) << "the menu is built on first use";
 }
 

@@ -6,6 +6,10 @@
 //   escape          press Esc (closes an open menu)
 //   sleep:MS        pause
 //   info            print the main window's place and size
+//   geometry        print the main window's place and size as WIDTHxHEIGHT+X+Y
+//   splash-geometry the same for the splash
+#include "app/ShellMessages.h"
+
 #include <windows.h>
 
 #include <cstdio>
@@ -14,25 +18,49 @@
 
 namespace {
 
-constexpr UINT kTrayCallbackMessage = WM_USER + 5;
-constexpr UINT kTrayIconId = 128;
+using lumenor::kTrayCallbackMessage;
+using lumenor::kTrayIconId;
 
-BOOL CALLBACK FindMainWindowProc(HWND window, LPARAM result) {
+struct Search {
+  bool splash;
+  HWND found;
+};
+
+BOOL CALLBACK FindWindowProc(HWND window, LPARAM parameter) {
+  auto* search = reinterpret_cast<Search*>(parameter);
   wchar_t title[64] = {};
   RECT rect{};
   if (GetWindowTextW(window, title, 64) > 0 && wcscmp(title, L"Lumenor") == 0 &&
-      GetWindowRect(window, &rect) != FALSE && rect.right - rect.left >= 600) {
-    *reinterpret_cast<HWND*>(result) = window;
+      GetWindowRect(window, &rect) != FALSE && (rect.right - rect.left >= 600) != search->splash &&
+      (!search->splash || IsWindowVisible(window) != FALSE)) {
+    search->found = window;
     return FALSE;
   }
   return TRUE;
 }
 
-// The main window is the wide one titled "Lumenor" (the splash is narrower).
+// Both are titled "Lumenor": the main window is the wide one, the splash the narrow one
+// (its picture is 456 pixels wide).
 HWND FindMainWindow() {
-  HWND found = nullptr;
-  (void)EnumWindows(FindMainWindowProc, reinterpret_cast<LPARAM>(&found));
-  return found;
+  Search search{false, nullptr};
+  (void)EnumWindows(FindWindowProc, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+HWND FindSplash() {
+  Search search{true, nullptr};
+  (void)EnumWindows(FindWindowProc, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+bool PrintGeometry(HWND window) {
+  RECT rect{};
+  if (window == nullptr || GetWindowRect(window, &rect) == FALSE) {
+    std::fprintf(stderr, "driver: no such window\n");
+    return false;
+  }
+  std::printf("%ldx%ld+%ld+%ld\n", rect.right - rect.left, rect.bottom - rect.top, rect.left, rect.top);
+  return true;
 }
 
 bool PressEscape() {
@@ -87,6 +115,10 @@ int wmain(int argc, wchar_t** argv) {
         wchar_t kind[64] = {};
         (void)GetClassNameW(child, kind, 64);
         std::printf("  child %d %ls%s\n", GetDlgCtrlID(child), kind, IsWindowVisible(child) != FALSE ? " visible" : "");
+      }
+    } else if (step == L"geometry" || step == L"splash-geometry") {
+      if (!PrintGeometry(step == L"geometry" ? main : FindSplash())) {
+        return 1;
       }
     } else if (step == L"escape") {
       if (!PressEscape()) {

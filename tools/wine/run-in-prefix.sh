@@ -19,6 +19,9 @@
 #   E:\link-fixtures\clean\sub\nested-link  -> E:\link-fixtures\targets\nested\
 #   E:\RECYCLER\bin-link                    -> E:\link-fixtures\targets\bin\
 # each target holding a file canary.txt.
+#
+# With LUMENOR_LOG_PIXELS=N, the prefix's screen has N dots per inch (96 is Windows at
+# 100 %, 144 at 150 %). Give such a prefix a path of its own: the setting stays with it.
 set -euo pipefail
 
 if [ $# -lt 2 ]; then
@@ -123,7 +126,25 @@ prepare() {
     wineserver --wait || true
     touch "$prefix/.lumenor-unmanaged"
   fi
+  set_log_pixels
   exec 9>&-
+}
+
+# Dialog units grow with the screen's dots per inch, as on a Windows machine with a
+# larger text scale: tests of the layout run in a prefix set to another resolution.
+set_log_pixels() {
+  local dpi=${LUMENOR_LOG_PIXELS:-}
+  [ -n "$dpi" ] || return 0
+  if ! [[ "$dpi" =~ ^[1-9][0-9]{1,2}$ ]]; then
+    echo "run-in-prefix: LUMENOR_LOG_PIXELS must be a number of dots per inch, not '$dpi'" >&2
+    exit 2
+  fi
+  [ -f "$prefix/.lumenor-log-pixels-$dpi" ] && return 0
+  wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$dpi" /f >/dev/null 2>&1 ||
+    { echo "run-in-prefix: could not set LogPixels in $prefix" >&2; exit 1; }
+  wineserver --wait || true
+  rm -f "$prefix"/.lumenor-log-pixels-*
+  touch "$prefix/.lumenor-log-pixels-$dpi"
 }
 
 # Copies the program and the other executables beside it into C:\lumenor\. A changed
