@@ -112,3 +112,13 @@
 #define IDS_SHRED_COLUMN_SIZE 4032
 #define IDS_JUNK_COLUMN_TYPE 4040
 #define IDS_JUNK_COLUMN_DESCRIPTION 4041
+
+// Erase progress dialog, shown while an erase runs; as large as its background picture.
+#define IDD_ERASE_PROGRESS 235
+#define IDC_ERASE_CLOSE 1028
+#define IDC_ERASE_CANCEL 1029
+#define IDC_ERASE_TOTAL 1030
+#define IDC_ERASE_DELETED 1031
+#define IDC_ERASE_FAILED 1032
+#define IDC_ERASE_ANIMATION 1033
+#define IDC_ERASE_WARNING 1046
