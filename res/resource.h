@@ -135,3 +135,8 @@
 #define IDS_SELECT_ALL_CAPTION 4108
 #define IDS_SELECT_ALL_WARNING 4109
 #define IDS_SCAN_SKIPPED 4110
+
+// One-click selection dialog: the item tree is made at run time.
+#define IDD_ONE_CLICK_ITEMS 140
+#define IDC_ONE_CLICK_SELECT_NONE 3
+#define IDC_ONE_CLICK_TREE 10010
