@@ -11,7 +11,8 @@ namespace lumenor {
 namespace {
 
 // Places on the background picture, in its pixels.
-constexpr RECT kAnimation{157, 14, 157 + 272, 14 + 147};
+// The animation stops where the bar begins: at its full height it would cover the bar.
+constexpr RECT kAnimation{157, 14, 157 + 272, 150};
 constexpr RECT kDeletedFigure{153, 176, 242, 200};
 constexpr RECT kFailedFigure{153, 213, 242, 237};
 constexpr RECT kWarning{32, 242, 307, 284};

@@ -193,11 +193,13 @@ void CMyTreeCtrl::DrawRowExtras(HDC dc, int row, const RECT& line) const {
     const int level = selection_->Rows()[static_cast<size_t>(row)].level;
     const int right = status.left - kRightMargin - (CMyObject::kItem - level) * indent;
     RECT label{right - countLabel_.cx, line.top, right, line.bottom};
+    // The tree repaints only its rows' texts: an older count would show through.
+    (void)::FillRect(dc, &label, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
     const std::wstring count = std::to_wstring(node->FoundCount());
     (void)::SetBkMode(dc, TRANSPARENT);
     (void)::SetTextColor(dc, kCountColour);
     (void)::DrawTextW(dc, count.c_str(), static_cast<int>(count.size()), &label,
-                      DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+                      DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_NOCLIP);
   }
   const int top = status.top + (status.bottom - status.top - kMarkSize) / 2;
   const int left = status.left + (status.right - status.left - kMarkSize) / 2;

@@ -18,7 +18,7 @@ if ! command -v import >/dev/null || ! command -v Xvfb >/dev/null; then
   [ "$(id -u)" -ne 0 ] && sudo_cmd="sudo"
   $sudo_cmd apt-get install -y -q --no-install-recommends imagemagick xvfb >/dev/null
 fi
-[ -x "$build/bin/lumenor.exe" ] && [ -x "$build/bin/lumenor-driver.exe" ] ||
+[ -x "$build/bin/lumenor.exe" ] && [ -x "$build/bin/lumenor-driver.exe" ] && [ -x "$build/bin/lumenor-demo-seed.exe" ] ||
   { echo "screenshots: build first (scripts/build.sh $arch)" >&2; exit 1; }
 
 mkdir -p "$out"
@@ -52,6 +52,33 @@ page() {
   shot "$1" "$(drive geometry | tr -d '\r')"
 }
 
+# The privacy scan as a user goes through it, on traces seeded in the prefix (and enough
+# temporary files for the scan to be seen under way): the default selection scanned, the
+# page mid-scan and with its results, the erase dialog at its end, the one-click dialog.
+seed_traces() {
+  "$runner" "$prefix" "$build/bin/lumenor-demo-seed.exe" >/dev/null
+  local temp
+  for temp in "$prefix"/drive_c/users/*/Temp; do
+    mkdir -p "$temp/screenshot-bulk"
+    (cd "$temp/screenshot-bulk" && for dir in $(seq 1 40); do
+      mkdir -p "d$dir" && (cd "d$dir" && touch $(seq -f "f%g.tmp" 1 500))
+    done)
+  done
+}
+scan_workflow() {
+  local dpi=$1
+  drive page-command:10000:15102 sleep:300 page-command:10000:15001 sleep:700
+  shot "${dpi}dpi-01b-scan-running" "$(drive geometry | tr -d '\r')"
+  drive sleep:6000
+  shot "${dpi}dpi-01c-scan-results" "$(drive geometry | tr -d '\r')"
+  drive page-command:10000:15003 sleep:4000
+  shot "${dpi}dpi-01d-erase-dialog" "$(drive dialog-geometry:1028 | tr -d '\r')"
+  drive dialog-command:1028:1028 sleep:500
+  drive command:20002 sleep:400 page-command:1044:1044 sleep:1200
+  shot "${dpi}dpi-01e-one-click-dialog" "$(drive dialog-geometry:10010 | tr -d '\r')"
+  drive dialog-command:10010:2 sleep:300 command:20000 sleep:300
+}
+
 # One run of the program in prefix $1 at $2 dots per inch; with "all", also the splash,
 # the help page and the menu.
 session() {
@@ -61,6 +88,9 @@ session() {
   "$runner" "$prefix" --prepare
   # A fresh settings file each time, so the window opens as on a first start.
   rm -f "$prefix/drive_c/lumenor/setting.ini"
+  if [ "$what" = all ]; then
+    seed_traces
+  fi
   "$runner" "$prefix" "$build/bin/lumenor.exe" &
   app_pid=$!
   if [ "$what" = all ]; then
@@ -69,6 +99,9 @@ session() {
   fi
   drive wait sleep:800
   shot "${dpi}dpi-01-scan" "$(drive geometry | tr -d '\r')"
+  if [ "$what" = all ]; then
+    scan_workflow "$dpi"
+  fi
   page "${dpi}dpi-02-junk" 20001
   page "${dpi}dpi-03-shredder" 20003
   page "${dpi}dpi-04-settings" 20002
