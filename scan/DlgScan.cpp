@@ -4,6 +4,7 @@
 #include "base/ResourceString.h"
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"
+#include "controls/ListFeed.h"
 #include "engine/TraceEngine.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
@@ -75,9 +76,14 @@ INT_PTR RunEraseProgressDialog(HWND owner, int total, std::function<void(EraseTa
 // page's tree hears which item is being scanned. Nothing here waits for the page.
 class CDlgScan::PageReports final : public RunReports {
  public:
-  explicit PageReports(CDlgScan& page) : page_(page) {}
+  explicit PageReports(CDlgScan& page)
+      : page_(page), rows_(page.tasks_, page.results_, [&page](const std::vector<controls::ListRow>& rows) {
+          for (const controls::ListRow& row : rows) page.foundCount_ += row.tag == kSkippedRowTag ? 0 : 1;
+          page.tree_.RefreshCounts();
+        }) {}
 
   void StageReached(RunStage stage) override {
+    rows_.HandOver();
     Post([&page = page_, stage] { page.OnStage(stage); });
   }
   void ItemStarted(const CMyObject& item) override {
@@ -85,17 +91,18 @@ class CDlgScan::PageReports final : public RunReports {
     Post([&page = page_, id] { page.tree_.BeginItem(id); });
   }
   void ItemFinished(const CMyObject&) override {
+    rows_.HandOver();
     Post([&page = page_] { page.tree_.EndItem(); });
   }
   void TraceFound(const FoundTrace& trace) override {
-    AddRow(controls::ListRow{{trace.item->Name(), trace.name, trace.location},
-                             trace.isRegistry ? kRegistryRowTag : LPARAM{0}});
+    rows_.Add(controls::ListRow{{trace.item->Name(), trace.name, trace.location},
+                                trace.isRegistry ? kRegistryRowTag : LPARAM{0}});
   }
   void LocationSkipped(const SkippedLocation& skipped) override {
     std::wstring text = LoadResourceString(IDS_SCAN_SKIPPED);
     const size_t slot = text.find(L"%s");
     if (slot != std::wstring::npos) text.replace(slot, 2, VerdictReason(skipped.reason));
-    AddRow(controls::ListRow{{skipped.item->Name(), std::move(text), skipped.location}, kSkippedRowTag});
+    rows_.Add(controls::ListRow{{skipped.item->Name(), std::move(text), skipped.location}, kSkippedRowTag});
   }
   // The one-click erase runs without the progress dialog: nobody counts its deletions.
   void Erased(int) override {}
@@ -106,35 +113,8 @@ class CDlgScan::PageReports final : public RunReports {
     (void)page_.tasks_.Post(std::move(task));  // refused only once the page's window is gone
   }
 
-  void AddRow(controls::ListRow row) {
-    bool firstOfBatch = false;
-    {
-      const std::lock_guard<std::mutex> lock(mutex_);
-      firstOfBatch = pending_.empty();
-      pending_.push_back(std::move(row));
-    }
-    if (firstOfBatch) {
-      Post([this] { FlushRows(); });
-    }
-  }
-
-  // On the page's thread: every row waiting now, in one step.
-  void FlushRows() {
-    std::vector<controls::ListRow> batch;
-    {
-      const std::lock_guard<std::mutex> lock(mutex_);
-      batch.swap(pending_);
-    }
-    for (const controls::ListRow& row : batch) {
-      page_.foundCount_ += row.tag == kSkippedRowTag ? 0 : 1;
-    }
-    (void)page_.results_.AppendRows(std::move(batch));  // a list that is gone shows nothing anyway
-    page_.tree_.RefreshCounts();
-  }
-
   CDlgScan& page_;
-  std::mutex mutex_;
-  std::vector<controls::ListRow> pending_;
+  controls::ListFeed rows_;
 };
 
 CDlgScan::CDlgScan()
@@ -145,15 +125,11 @@ CDlgScan::CDlgScan()
 
 CDlgScan::~CDlgScan() {
   tasks_.Unbind();
-  const HANDLE stop = stopEvent_.load();
-  if (stop != nullptr) {
-    (void)::SetEvent(stop);  // a scan stops after its current item; an erase runs to its end
+  if (stop_) {
+    stop_->Request();  // a scan stops after its current item; an erase runs to its end
   }
   if (worker_.joinable()) {
     worker_.join();
-  }
-  if (stop != nullptr) {
-    (void)::CloseHandle(stop);  // ours
   }
 }
 
@@ -290,22 +266,18 @@ void CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopTo
   }
   // Every run has a stop signal of its own, so a stop meant for an earlier one is never
   // taken for a stop of this one.
-  const HANDLE old = stopEvent_.exchange(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
-  if (old != nullptr) {
-    (void)::CloseHandle(old);  // ours; no worker tests it any more
-  }
+  stop_ = std::make_shared<StopSignal>();
   running_ = true;
-  worker_ = std::thread([this, run = std::move(run)] {
-    run(*reports_, StopToken(&stopEvent_));
+  worker_ = std::thread([this, stop = stop_, run = std::move(run)] {
+    run(*reports_, StopToken(stop.get()));
     (void)tasks_.Post([this] { running_ = false; });  // refused once the page is gone
   });
 }
 
 void CDlgScan::StartScan() {
   if (ScanBusy != 0) {
-    const HANDLE stop = stopEvent_.load();
-    if (stop != nullptr) {
-      (void)::SetEvent(stop);
+    if (stop_) {
+      stop_->Request();
     }
     return;
   }

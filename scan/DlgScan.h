@@ -104,7 +104,7 @@ class CDlgScan : public controls::CDialog {
   std::unique_ptr<PageReports> reports_;
   std::thread worker_;
   std::atomic<bool> running_{false};
-  std::atomic<HANDLE> stopEvent_{nullptr};
+  std::shared_ptr<StopSignal> stop_;  // the running worker's, fresh for each run
   std::vector<CMyObject*> scanned_;
   int foundCount_ = 0;
   int oneClickRequests_ = 0;
