@@ -3,7 +3,7 @@
 // hidden.
 #pragma once
 
-#include "app/MakerSite.h"
+#include "update/MakerSite.h"
 #include "controls/Bitmap.h"
 #include "controls/Dialog.h"
 #include "controls/NButtonEx.h"

@@ -6,7 +6,7 @@
 #include "app/DlgHelp.h"
 #include "app/DlgOptions.h"
 #include "app/FrameLayout.h"
-#include "app/MakerSite.h"
+#include "update/MakerSite.h"
 #include "app/ShellMessages.h"
 #include "controls/Dialog.h"
 #include "controls/GifPicture.h"

@@ -5,6 +5,8 @@
 #include "cli/ConsoleOutput.h"
 #include "cli/ListCommand.h"
 #include "cli/TraceCommand.h"
+#include "cli/UpdateCommand.h"
+#include "res/version.h"
 
 #include <string>
 #include <string_view>
@@ -21,6 +23,8 @@ constexpr wchar_t kUsage[] =
     L"                                1 application, 2 item) and name of every node\n"
     L"  scan [SELECTION] [--json]     print every trace the selected items find\n"
     L"  erase [SELECTION] [--json]    scan, then erase every item that found traces\n"
+    L"  update-check [--json]         ask the maker's site whether a newer version exists\n"
+    L"  --version                     print the program's version\n"
     L"SELECTION (default --recent):\n"
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
@@ -45,6 +49,16 @@ int wmain(int argc, wchar_t** argv) {
   const lumenor::ConsoleOutput out = lumenor::ConsoleOutput::StandardOutput();
   if (command == L"--help" || command == L"-h" || command == L"help") {
     return out.Write(kUsage) ? 0 : 1;
+  }
+  if (command == L"--version") {
+    return out.WriteLine(L"lumenor-cli " LUMENOR_VERSION_TEXT_W) ? 0 : 1;
+  }
+  if (command == L"update-check") {
+    const bool json = arguments.size() == 1 && arguments.front() == L"--json";
+    if (!arguments.empty() && !json) {
+      return UsageError(L"unexpected argument: " + arguments.front());
+    }
+    return lumenor::RunUpdateCheck(json, out);
   }
   if (command == L"list") {
     if (!arguments.empty()) {

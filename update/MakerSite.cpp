@@ -1,4 +1,4 @@
-#include "app/MakerSite.h"
+#include "update/MakerSite.h"
 
 #include <windows.h>
 
