@@ -20,8 +20,7 @@ constexpr UINT kProgressPeriodMs = 200;
 
 constexpr int kMethodIds[3] = {IDC_SHRED_QUICK, IDC_SHRED_SAFE, IDC_SHRED_THOROUGH};
 // With the three method buttons, what the running job disables.
-constexpr int kListButtons[4] = {IDC_SHRED_ADD_FILE, IDC_SHRED_ADD_FOLDER, IDC_SHRED_CANCEL_FILE,
-                                 IDC_SHRED_CANCEL_ALL};
+constexpr int kListButtons[4] = {IDC_SHRED_ADD_FILE, IDC_SHRED_ADD_FOLDER, IDC_SHRED_CANCEL_FILE, IDC_SHRED_CANCEL_ALL};
 
 // `text` with "%1", "%2" replaced by the arguments.
 std::wstring Filled(std::wstring text, const std::wstring& first, const std::wstring& second = L"") {
@@ -153,9 +152,10 @@ void CDlgShred::AddFolder(const std::wstring& folder) {
   const std::optional<SafeFolder> admitted = guard.Admit(folder, &check);
   if (!admitted) {
     const std::wstring shown = check.folder.empty() ? folder : check.folder;
-    tell_(check.verdict == FolderVerdict::kProtectedFolder
-              ? Filled(LoadResourceString(IDS_SHRED_PROTECTED_FOLDER), shown)
-              : Filled(LoadResourceString(IDS_SHRED_FOLDER_REFUSED), shown, std::wstring(VerdictReason(check.verdict))));
+    tell_(
+        check.verdict == FolderVerdict::kProtectedFolder
+            ? Filled(LoadResourceString(IDS_SHRED_PROTECTED_FOLDER), shown)
+            : Filled(LoadResourceString(IDS_SHRED_FOLDER_REFUSED), shown, std::wstring(VerdictReason(check.verdict))));
     return;
   }
   const size_t before = listed_.Targets().size();
@@ -231,8 +231,8 @@ void CDlgShred::PressShred() {
   }
   uint64_t bytes = 0;
   for (const ShredTarget& target : listed_.Targets()) bytes += target.size;
-  if (!ask_(Filled(LoadResourceString(IDS_SHRED_CONFIRM), std::to_wstring(listed_.Targets().size()),
-                   Megabytes(bytes)))) {
+  if (!ask_(
+          Filled(LoadResourceString(IDS_SHRED_CONFIRM), std::to_wstring(listed_.Targets().size()), Megabytes(bytes)))) {
     return;
   }
   StartJob();

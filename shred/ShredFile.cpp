@@ -62,8 +62,8 @@ bool IsFileOfThatName(HANDLE file, const std::wstring& folder, const std::wstrin
     return false;
   }
   WIN32_FIND_DATAW entry{};
-  const HANDLE search = FindFirstFileExW(ForFileApi(folder + name).c_str(), FindExInfoBasic, &entry,
-                                         FindExSearchNameMatch, nullptr, 0);
+  const HANDLE search =
+      FindFirstFileExW(ForFileApi(folder + name).c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr, 0);
   if (search == INVALID_HANDLE_VALUE) {
     return false;
   }

@@ -39,9 +39,9 @@ class ShredReports {
 };
 
 enum class ShredJobEnd {
-  kDone,         // every file was dealt with
-  kEndedEarly,   // a failed pass (or a stop) ended it; the files after were not reached
-  kNoMemory,     // the pattern buffers could not be made; no file was touched
+  kDone,        // every file was dealt with
+  kEndedEarly,  // a failed pass (or a stop) ended it; the files after were not reached
+  kNoMemory,    // the pattern buffers could not be made; no file was touched
 };
 
 // Runs the job over `targets`:

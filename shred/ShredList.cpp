@@ -15,9 +15,8 @@ namespace {
 // regard to letter case.
 std::wstring CaseFreeKey(const std::wstring& path) {
   std::wstring key(path.size(), L'\0');
-  const int length = LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, path.c_str(),
-                                   static_cast<int>(path.size()), key.data(), static_cast<int>(key.size()), nullptr,
-                                   nullptr, 0);
+  const int length = LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, path.c_str(), static_cast<int>(path.size()),
+                                   key.data(), static_cast<int>(key.size()), nullptr, nullptr, 0);
   if (length <= 0) {
     return path;  // an empty path, or nothing to map: compared as it is
   }

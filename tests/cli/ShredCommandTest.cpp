@@ -50,16 +50,15 @@ TEST(ShredCommand, ShredsFilesAndEveryFileBelowAFolderWithOneJsonLineEach) {
   MakeFile(root / L"a.txt", "12345");
   MakeFile(root / L"tree\\b.txt", "123");
   MakeFile(root / L"tree\\deeper\\c.txt", "1234567");
-  const ProgramResult run =
-      Shred(L"--method safe --json " + Quoted(root / L"a.txt") + L" " + Quoted(root / L"tree") + L" " +
-            Quoted(root / L"A.TXT"));
+  const ProgramResult run = Shred(L"--method safe --json " + Quoted(root / L"a.txt") + L" " + Quoted(root / L"tree") +
+                                  L" " + Quoted(root / L"A.TXT"));
   EXPECT_EQ(run.exitCode, 0u) << run.out;
-  EXPECT_EQ(run.out.rfind("{\"type\":\"shredded\",\"path\":\"" + Json(root / L"a.txt") + "\",\"bytes\":5,\"passes\":3}\n",
-                          0),
-            0u)
+  EXPECT_EQ(
+      run.out.rfind("{\"type\":\"shredded\",\"path\":\"" + Json(root / L"a.txt") + "\",\"bytes\":5,\"passes\":3}\n", 0),
+      0u)
       << run.out;
-  EXPECT_TRUE(Has(run.out, "{\"type\":\"shredded\",\"path\":\"" + Json(root / L"tree\\b.txt") +
-                               "\",\"bytes\":3,\"passes\":3}\n"))
+  EXPECT_TRUE(Has(
+      run.out, "{\"type\":\"shredded\",\"path\":\"" + Json(root / L"tree\\b.txt") + "\",\"bytes\":3,\"passes\":3}\n"))
       << run.out;
   EXPECT_TRUE(Has(run.out, "{\"type\":\"shredded\",\"path\":\"" + Json(root / L"tree\\deeper\\c.txt") +
                                "\",\"bytes\":7,\"passes\":3}\n"))
@@ -75,7 +74,8 @@ TEST(ShredCommand, QuickIsTheDefaultAndPlainOutputHasALineAFileAndASummary) {
   MakeFile(root / L"a.txt", "12345");
   const ProgramResult run = Shred(Quoted(root / L"a.txt"));
   EXPECT_EQ(run.exitCode, 0u);
-  EXPECT_EQ(run.out, ToUtf8(L"shredded\t" + root / L"a.txt") + "\t5 bytes\t1 passes\n1 files: 1 shredded, 0 failed, 5 bytes\n");
+  EXPECT_EQ(run.out,
+            ToUtf8(L"shredded\t" + root / L"a.txt") + "\t5 bytes\t1 passes\n1 files: 1 shredded, 0 failed, 5 bytes\n");
   EXPECT_FALSE(FileExists(root / L"a.txt"));
 }
 

@@ -177,9 +177,9 @@ TEST(ShredJob, AFileThatCannotBeOpenedForWritingInQuickEndsTheJobAndTouchesNothi
   ASSERT_TRUE(SetFileAttributesW(files[0].c_str(), FILE_ATTRIBUTE_READONLY));  // after it was listed
   RecordingReports reports;
   EXPECT_EQ(RunShredJob(targets, ShredMethod::kQuick, reports, StopToken()), ShredJobEnd::kEndedEarly);
-  EXPECT_EQ(reports.failures, (std::vector<Failure>{{0, ShredFailure::kCannotOpen},
-                                                    {1, ShredFailure::kNotReached},
-                                                    {2, ShredFailure::kNotReached}}));
+  EXPECT_EQ(reports.failures,
+            (std::vector<Failure>{
+                {0, ShredFailure::kCannotOpen}, {1, ShredFailure::kNotReached}, {2, ShredFailure::kNotReached}}));
   EXPECT_TRUE(reports.shredded.empty());
   for (const std::wstring& file : files) EXPECT_EQ(ReadFileBytes(file), "keep");
   ASSERT_TRUE(SetFileAttributesW(files[0].c_str(), FILE_ATTRIBUTE_NORMAL));
@@ -210,8 +210,7 @@ TEST(ShredJob, AFailedPassInSafeEndsTheJobWithTheFileInPlace) {
   EXPECT_EQ(RunShredJob(Listed({folder / L"a.txt", folder / L"b.txt"}), ShredMethod::kSafe, reports, StopToken()),
             ShredJobEnd::kEndedEarly);
   ASSERT_TRUE(holder && holder->Holds());
-  EXPECT_EQ(reports.failures,
-            (std::vector<Failure>{{0, ShredFailure::kCannotOpen}, {1, ShredFailure::kNotReached}}));
+  EXPECT_EQ(reports.failures, (std::vector<Failure>{{0, ShredFailure::kCannotOpen}, {1, ShredFailure::kNotReached}}));
   EXPECT_EQ(ReadFileBytes(folder / L"a.txt"), Repeated('\0', 5)) << "the zero pass stays, the file is not deleted";
   EXPECT_EQ(ReadFileBytes(folder / L"b.txt"), "second");
 }
@@ -243,8 +242,7 @@ TEST(ShredJob, AFailedFirstPassInThoroughEndsTheJob) {
   ASSERT_TRUE(holder.Holds());
   RecordingReports reports;
   EXPECT_EQ(RunShredJob(targets, ShredMethod::kThorough, reports, StopToken()), ShredJobEnd::kEndedEarly);
-  EXPECT_EQ(reports.failures,
-            (std::vector<Failure>{{0, ShredFailure::kCannotOpen}, {1, ShredFailure::kNotReached}}));
+  EXPECT_EQ(reports.failures, (std::vector<Failure>{{0, ShredFailure::kCannotOpen}, {1, ShredFailure::kNotReached}}));
   EXPECT_EQ(ReadFileBytes(folder / L"a.txt"), "first");
   EXPECT_EQ(ReadFileBytes(folder / L"b.txt"), "second");
 }

@@ -78,7 +78,7 @@ class ShredPage : public ::testing::Test {
   std::vector<std::wstring> told_;
 };
 
-constexpr int kSevenControls[] = {IDC_SHRED_QUICK,     IDC_SHRED_SAFE,        IDC_SHRED_THOROUGH,  IDC_SHRED_ADD_FILE,
+constexpr int kSevenControls[] = {IDC_SHRED_QUICK,      IDC_SHRED_SAFE,        IDC_SHRED_THOROUGH,  IDC_SHRED_ADD_FILE,
                                   IDC_SHRED_ADD_FOLDER, IDC_SHRED_CANCEL_FILE, IDC_SHRED_CANCEL_ALL};
 
 TEST_F(ShredPage, AddFileListsEachFileOnceWithItsRealSizeAndTellsWhatItLeftOutForSafety) {
