@@ -71,20 +71,19 @@ struct ControlSearch {
   HWND found;
 };
 
+BOOL CALLBACK FindControlProc(HWND child, LPARAM parameter) {
+  auto* wanted = reinterpret_cast<ControlSearch*>(parameter);
+  if (GetDlgCtrlID(child) == wanted->id && IsWindowVisible(child) != FALSE) {
+    wanted->found = child;
+    return FALSE;
+  }
+  return TRUE;
+}
+
 // The visible control `id` among the main window's descendants (the pages' controls).
 HWND FindVisibleControl(HWND main, int id) {
   ControlSearch search{id, nullptr};
-  (void)EnumChildWindows(
-      main,
-      [](HWND child, LPARAM parameter) {
-        auto* wanted = reinterpret_cast<ControlSearch*>(parameter);
-        if (GetDlgCtrlID(child) == wanted->id && IsWindowVisible(child) != FALSE) {
-          wanted->found = child;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&search));
+  (void)EnumChildWindows(main, FindControlProc, reinterpret_cast<LPARAM>(&search));
   return search.found;
 }
 
