@@ -4,6 +4,7 @@
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
 #include "cli/ListCommand.h"
+#include "cli/ShredCommand.h"
 #include "cli/TraceCommand.h"
 #include "cli/UpdateCommand.h"
 #include "res/version.h"
@@ -25,11 +26,15 @@ constexpr wchar_t kUsage[] =
     L"  erase [SELECTION] [--json]    scan, then erase every item that found traces\n"
     L"  update-check [--json]         ask the maker's site whether a newer version exists\n"
     L"  --version                     print the program's version\n"
+    L"  shred [--method quick|safe|thorough] [--json] PATH...\n"
+    L"                                overwrite (1, 3 or 7 passes; quick by default) and\n"
+    L"                                delete each file, and every file below each folder\n"
     L"SELECTION (default --recent):\n"
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
     L"  --one-click         the one-click list   --all        every item\n"
-    L"Exit status: 0 done, 1 a deletion failed, 2 usage error.\n";
+    L"Exit status: 0 done, 1 a deletion failed or a file was not shredded, 2 usage error\n"
+    L"(for shred also a relative path or a protected folder; nothing is touched then).\n";
 
 int UsageError(std::wstring_view problem) {
   const lumenor::ConsoleOutput err = lumenor::ConsoleOutput::StandardError();
@@ -76,6 +81,14 @@ int wmain(int argc, wchar_t** argv) {
     lumenor::CCatalogue catalogue = lumenor::CCatalogue::Build();
     return lumenor::RunTraceCommand(command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase,
                                     *options, catalogue.Root(), out, lumenor::ConsoleOutput::StandardError());
+  }
+  if (command == L"shred") {
+    std::wstring problem;
+    const auto options = lumenor::ParseShredCommandOptions(arguments, problem);
+    if (!options) {
+      return UsageError(problem);
+    }
+    return lumenor::RunShredCommand(*options, out, lumenor::ConsoleOutput::StandardError(), UsageError);
   }
   return UsageError(L"unknown command: " + command);
 }

@@ -2,7 +2,8 @@
 # Runs lumenor.exe under Wine on a private Xvfb screen and saves one PNG per page and
 # dialog, cut to its window, into build/<arch>/screenshots/:
 #   96dpi-*   the splash, every tab, the help page and the notification-area menu (opened
-#             with the cursor inside the window, so that it shows within it);
+#             with the cursor inside the window, so that it shows within it), then the
+#             shredder with files listed, its question before shredding, and mid-shred;
 #   144dpi-*  the main pages again, in a prefix of their own set to 144 dots per inch,
 #             where dialog units are half as large again.
 #   tools/screenshots.sh [x86_64]        (build first: scripts/build.sh x86_64)
@@ -79,8 +80,38 @@ scan_workflow() {
   drive dialog-command:10010:2 sleep:300 command:20000 sleep:300
 }
 
+# Files for the shredder to list, in the prefix's C:\shred-demo\: a large one first, so
+# that the shred is still at it when the picture is taken.
+shred_demo_files="holiday-video.mov tax-return-2023.pdf passwords.txt diary.docx bank-statements.xlsx"
+seed_shred_demo() {
+  local folder="$1/drive_c/shred-demo"
+  rm -rf "$folder"
+  mkdir -p "$folder"
+  head -c $((384 * 1024 * 1024)) /dev/zero > "$folder/holiday-video.mov"
+  head -c 182437 /dev/urandom > "$folder/tax-return-2023.pdf"
+  printf 'bank: hunter2\nmail: correct horse battery staple\n' > "$folder/passwords.txt"
+  head -c 48213 /dev/urandom > "$folder/diary.docx"
+  head -c 96754 /dev/urandom > "$folder/bank-statements.xlsx"
+}
+
+# The shredder: the demo files handed over as another program would, the question before
+# shredding, and the Thorough method at work; then Stop.
+shredder_shots() {
+  local dpi=$1 name steps=()
+  seed_shred_demo "$prefix"
+  for name in $shred_demo_files; do steps+=("copydata:C:\\shred-demo\\$name"); done
+  drive command:20003 sleep:300 "${steps[@]}" sleep:600
+  shot "${dpi}dpi-07-shredder-rows" "$(drive geometry | tr -d '\r')"
+  drive click:1053 sleep:200 click:15009 sleep:800
+  shot "${dpi}dpi-08-shred-question" "$(drive geometry | tr -d '\r')"
+  drive answer-yes sleep:1500
+  shot "${dpi}dpi-09-shredding" "$(drive geometry | tr -d '\r')"
+  drive click:15009 sleep:1500
+  rm -rf "$prefix/drive_c/shred-demo"
+}
+
 # One run of the program in prefix $1 at $2 dots per inch; with "all", also the splash,
-# the help page and the menu.
+# the help page, the menu and the shredder at work.
 session() {
   prefix=$1
   local dpi=$2 what=$3
@@ -110,6 +141,7 @@ session() {
     drive command:20000 sleep:400 tray-menu sleep:800
     shot "${dpi}dpi-06-tray-menu" "$(drive geometry | tr -d '\r')"
     drive escape sleep:300
+    shredder_shots "$dpi"
   fi
   drive command:20007
   wait "$app_pid" || true

@@ -11,6 +11,9 @@
 //   page-command:ID:N        send command N to the main window's page that holds control ID
 //   dialog-geometry:ID       print the place and size of the dialog that shows control ID
 //   dialog-command:ID:N      send command N to the dialog that shows control ID
+//   copydata:PATH   hand PATH to the main window as another program would (WM_COPYDATA)
+//   click:ID        click the control ID of the shown page
+//   answer-yes      answer Yes to the program's open question
 #include "app/ShellMessages.h"
 
 #include <windows.h>
@@ -106,6 +109,48 @@ bool TwoNumbers(const wchar_t* text, int& first, int& second) {
   return true;
 }
 
+BOOL CALLBACK FindControlProc(HWND child, LPARAM parameter) {
+  auto* wanted = reinterpret_cast<ControlSearch*>(parameter);
+  if (GetDlgCtrlID(child) == wanted->id && IsWindowVisible(child) != FALSE) {
+    wanted->found = child;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+// The visible control `id` among the main window's descendants (the pages' controls).
+HWND FindVisibleControl(HWND main, int id) {
+  ControlSearch search{id, nullptr};
+  (void)EnumChildWindows(main, FindControlProc, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+// The program's message box: a dialog of the system's class titled "Lumenor".
+HWND FindQuestion() {
+  HWND box = nullptr;
+  while ((box = FindWindowExW(nullptr, box, L"#32770", L"Lumenor")) != nullptr) {
+    if (IsWindowVisible(box) != FALSE) {
+      return box;
+    }
+  }
+  return nullptr;
+}
+
+bool SendPath(HWND main, const std::wstring& path) {
+  const int size = WideCharToMultiByte(CP_ACP, 0, path.c_str(), -1, nullptr, 0, nullptr, nullptr);
+  if (main == nullptr || size <= 0) {
+    return false;
+  }
+  std::string narrow(static_cast<size_t>(size), '\0');
+  if (WideCharToMultiByte(CP_ACP, 0, path.c_str(), -1, narrow.data(), size, nullptr, nullptr) != size) {
+    return false;
+  }
+  COPYDATASTRUCT data{0, static_cast<DWORD>(size), narrow.data()};
+  DWORD_PTR answer = 0;
+  return SendMessageTimeoutW(main, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_ABORTIFHUNG, 5000, &answer) !=
+         0;
+}
+
 bool PressEscape() {
   INPUT keys[2] = {};
   keys[0].type = INPUT_KEYBOARD;
@@ -175,6 +220,28 @@ int wmain(int argc, wchar_t** argv) {
       }
     } else if (step.rfind(L"dialog-geometry:", 0) == 0) {
       if (!PrintGeometry(FindDialogHolding(static_cast<int>(std::wcstol(step.c_str() + 16, nullptr, 10))))) {
+        return 1;
+      }
+    } else if (step.rfind(L"copydata:", 0) == 0) {
+      if (!SendPath(main, step.substr(9))) {
+        std::fprintf(stderr, "driver: cannot hand over %ls\n", step.c_str());
+        return 1;
+      }
+    } else if (step.rfind(L"click:", 0) == 0) {
+      const HWND control = main != nullptr
+                               ? FindVisibleControl(main, static_cast<int>(std::wcstol(step.c_str() + 6, nullptr, 10)))
+                               : nullptr;
+      if (control == nullptr || PostMessageW(control, BM_CLICK, 0, 0) == FALSE) {
+        std::fprintf(stderr, "driver: cannot %ls\n", step.c_str());
+        return 1;
+      }
+    } else if (step == L"answer-yes") {
+      HWND question = nullptr;
+      for (int waited = 0; (question = FindQuestion()) == nullptr && waited < 10000; waited += 50) {
+        Sleep(50);
+      }
+      if (question == nullptr || PostMessageW(question, WM_COMMAND, IDYES, 0) == FALSE) {
+        std::fprintf(stderr, "driver: no question to answer\n");
         return 1;
       }
     } else if (step == L"escape") {

@@ -18,6 +18,7 @@
 #   E:\link-fixtures\clean\top-link         -> E:\link-fixtures\targets\top\
 #   E:\link-fixtures\clean\sub\nested-link  -> E:\link-fixtures\targets\nested\
 #   E:\RECYCLER\bin-link                    -> E:\link-fixtures\targets\bin\
+#   E:\link-fixtures\files\file-link.txt    -> E:\link-fixtures\targets\file\canary.txt
 # each target holding a file canary.txt.
 #
 # With LUMENOR_LOG_PIXELS=N, the prefix's screen has N dots per inch (96 is Windows at
@@ -166,14 +167,15 @@ install_programs() {
 lay_out_link_fixtures() {
   local drive="$prefix/scratch-drives/e" name
   rm -rf "$drive/link-fixtures" "$drive/RECYCLER"
-  mkdir -p "$drive/link-fixtures/clean/sub" "$drive/RECYCLER"
-  for name in top nested bin; do
+  mkdir -p "$drive/link-fixtures/clean/sub" "$drive/link-fixtures/files" "$drive/RECYCLER"
+  for name in top nested bin file; do
     mkdir -p "$drive/link-fixtures/targets/$name"
     echo "canary $name" > "$drive/link-fixtures/targets/$name/canary.txt"
   done
   ln -s "$drive/link-fixtures/targets/top" "$drive/link-fixtures/clean/top-link"
   ln -s "$drive/link-fixtures/targets/nested" "$drive/link-fixtures/clean/sub/nested-link"
   ln -s "$drive/link-fixtures/targets/bin" "$drive/RECYCLER/bin-link"
+  ln -s "$drive/link-fixtures/targets/file/canary.txt" "$drive/link-fixtures/files/file-link.txt"
 }
 
 if [ "$1" = "--prepare" ]; then

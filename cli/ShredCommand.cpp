@@ -1,0 +1,173 @@
+#include "cli/ShredCommand.h"
+
+#include "cli/JsonText.h"
+#include "engine/FilePath.h"
+#include "engine/FolderSafety.h"
+#include "shred/ShredJob.h"
+#include "shred/ShredList.h"
+
+#include <windows.h>
+
+namespace lumenor {
+
+namespace {
+
+std::optional<ShredMethod> MethodNamed(std::wstring_view name) {
+  if (name == L"quick") return ShredMethod::kQuick;
+  if (name == L"safe") return ShredMethod::kSafe;
+  if (name == L"thorough") return ShredMethod::kThorough;
+  return std::nullopt;
+}
+
+// One line a file, as it is decided, and the counts for the summary.
+class FileLines {
+ public:
+  FileLines(BufferedOutput& out, bool json) : out_(out), json_(json) {}
+
+  void Shredded(const std::wstring& path, uint64_t bytes, int passes) {
+    ++shredded_;
+    bytes_ += bytes;
+    out_.Line(json_ ? L"{\"type\":\"shredded\",\"path\":" + JsonString(path) + L",\"bytes\":" + std::to_wstring(bytes) +
+                          L",\"passes\":" + std::to_wstring(passes) + L"}"
+                    : L"shredded\t" + path + L"\t" + std::to_wstring(bytes) + L" bytes\t" + std::to_wstring(passes) +
+                          L" passes");
+  }
+  void Failed(const std::wstring& path, ShredFailure failure) {
+    ++failed_;
+    const std::wstring reason(FailureReason(failure));
+    out_.Line(json_ ? L"{\"type\":\"failed\",\"path\":" + JsonString(path) + L",\"reason\":" + JsonString(reason) + L"}"
+                    : L"failed\t" + path + L"\t" + reason);
+  }
+  void Summary() {
+    const std::wstring files = std::to_wstring(shredded_ + failed_);
+    const std::wstring shredded = std::to_wstring(shredded_);
+    const std::wstring failed = std::to_wstring(failed_);
+    const std::wstring bytes = std::to_wstring(bytes_);
+    out_.Line(json_ ? L"{\"type\":\"summary\",\"files\":" + files + L",\"shredded\":" + shredded + L",\"failed\":" +
+                          failed + L",\"bytes\":" + bytes + L"}"
+                    : files + L" files: " + shredded + L" shredded, " + failed + L" failed, " + bytes + L" bytes");
+  }
+  int FailedCount() const { return failed_; }
+
+ private:
+  BufferedOutput& out_;
+  bool json_;
+  int shredded_ = 0;
+  int failed_ = 0;
+  uint64_t bytes_ = 0;
+};
+
+class JobLines final : public ShredReports {
+ public:
+  JobLines(const std::vector<ShredTarget>& targets, FileLines& lines, const ConsoleOutput* progress)
+      : targets_(targets), lines_(lines), progress_(progress) {}
+
+  void RangeSet(uint64_t totalBytes) override { range_ = totalBytes; }
+  void ProgressMoved(uint64_t position) override {
+    if (progress_ == nullptr || range_ == 0) return;
+    const int percent = static_cast<int>(position * 100 / range_);
+    if (percent != shownPercent_) {
+      shownPercent_ = percent;
+      (void)progress_->Write(L"\rshredding: " + std::to_wstring(percent) + L"%");  // progress only
+    }
+  }
+  void FileShredded(size_t index, int passes) override {
+    lines_.Shredded(targets_[index].Path(), targets_[index].size, passes);
+  }
+  void FileFailed(size_t /*index*/, ShredFailure failure, const std::wstring& path) override {
+    lines_.Failed(path, failure);
+  }
+  void Finish() const {
+    if (progress_ != nullptr && shownPercent_ >= 0) (void)progress_->Write(L"\n");  // progress only
+  }
+
+ private:
+  const std::vector<ShredTarget>& targets_;
+  FileLines& lines_;
+  const ConsoleOutput* progress_;
+  uint64_t range_ = 0;
+  int shownPercent_ = -1;
+};
+
+// The path without the backslash the canonical folder form ends with.
+std::wstring WithoutTrailingSlash(std::wstring path) {
+  if (path.size() > 3 && path.ends_with(L'\\')) path.pop_back();
+  return path;
+}
+
+}  // namespace
+
+std::optional<ShredCommandOptions> ParseShredCommandOptions(const std::vector<std::wstring>& arguments,
+                                                            std::wstring& problem) {
+  ShredCommandOptions options;
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    const std::wstring& argument = arguments[i];
+    if (argument == L"--json") {
+      options.json = true;
+    } else if (argument == L"--method") {
+      const std::optional<ShredMethod> method = i + 1 < arguments.size() ? MethodNamed(arguments[i + 1]) : std::nullopt;
+      if (!method) {
+        problem = i + 1 < arguments.size() ? L"unknown method: " + arguments[i + 1]
+                                           : L"--method needs quick, safe or thorough";
+        return std::nullopt;
+      }
+      options.method = *method;
+      ++i;
+    } else if (argument.starts_with(L"--")) {
+      problem = L"unexpected argument: " + argument;
+      return std::nullopt;
+    } else {
+      options.paths.push_back(argument);
+    }
+  }
+  if (options.paths.empty()) {
+    problem = L"shred needs at least one file or folder";
+    return std::nullopt;
+  }
+  return options;
+}
+
+int RunShredCommand(const ShredCommandOptions& options, const ConsoleOutput& out, const ConsoleOutput& err,
+                    const std::function<int(std::wstring_view)>& usageError) {
+  BufferedOutput output(out);
+  FileLines lines(output, options.json);
+  const FolderGuard guard(MachinePaths());
+  ShredList list;
+  // Every path is judged before anything is shredded, so that a usage error touches
+  // nothing; refusals of single files are only printed.
+  std::vector<Refusal> refusals;
+  for (const std::wstring& path : options.paths) {
+    const FolderGuard::Check check = guard.Inspect(path);
+    if (check.verdict == FolderVerdict::kRelativePath || check.verdict == FolderVerdict::kDevicePath ||
+        check.verdict == FolderVerdict::kInvalidPath || check.folder.empty()) {
+      return usageError(std::wstring(VerdictReason(check.verdict)) + L": " + path);
+    }
+    const std::wstring canonical = WithoutTrailingSlash(check.folder);
+    const DWORD attributes = GetFileAttributesW(ForFileApi(canonical).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+      refusals.push_back({canonical, ShredFailure::kMissing});
+    } else if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+      const std::optional<SafeFolder> folder = guard.Admit(path);
+      if (!folder) {
+        return usageError(std::wstring(VerdictReason(check.verdict)) + L": " + path);
+      }
+      (void)list.AddFolder(*folder, [&refusals](const Refusal& refusal) { refusals.push_back(refusal); });
+    } else {
+      Refusal refusal;
+      if (list.AddFile(canonical, &refusal) == AddResult::kRefused) refusals.push_back(refusal);
+    }
+  }
+  for (const Refusal& refusal : refusals) lines.Failed(refusal.path, refusal.failure);
+
+  const std::vector<ShredTarget>& targets = list.Targets();
+  JobLines job(targets, lines, err.IsConsole() ? &err : nullptr);
+  if (RunShredJob(targets, options.method, job, StopToken()) == ShredJobEnd::kNoMemory) {
+    (void)err.WriteLine(L"lumenor-cli: not enough memory for the overwrite patterns");  // the lines say the rest
+    for (const ShredTarget& target : targets) lines.Failed(target.Path(), ShredFailure::kNotReached);
+  }
+  job.Finish();
+  lines.Summary();
+  return output.Flush() && lines.FailedCount() == 0 ? 0 : 1;
+}
+
+}  // namespace lumenor

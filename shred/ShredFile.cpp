@@ -1,0 +1,190 @@
+#include "shred/ShredFile.h"
+
+#include "engine/FilePath.h"
+#include "shred/PatternBuffers.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <utility>
+
+namespace lumenor {
+
+namespace {
+
+bool IsFolder(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+
+ShredFailure OpenFailure(DWORD error) {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? ShredFailure::kMissing
+                                                                        : ShredFailure::kCannotOpen;
+}
+
+// Renames that may meet an existing name are tried again with another one.
+constexpr int kRenameAttempts = 8;
+
+bool SameText(std::wstring_view a, std::wstring_view b) {
+  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE) ==
+         CSTR_EQUAL;
+}
+
+// The folder's identity on its volume; nothing when it cannot be opened.
+std::optional<std::pair<DWORD, uint64_t>> FolderIdentity(const std::wstring& folder) {
+  const UniqueHandle handle(CreateFileW(ForFileApi(folder).c_str(), FILE_READ_ATTRIBUTES,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (!handle || GetFileInformationByHandle(handle.Get(), &information) == FALSE) {
+    return std::nullopt;
+  }
+  return std::pair{information.dwVolumeSerialNumber,
+                   (static_cast<uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow};
+}
+
+// Whether the open `file` is the entry `name` of `folder` itself rather than what a link
+// of that name leads to: its final path must end in the entry's own long name, in the
+// same folder (by identity, so that short names and folder links above do not count).
+bool IsFileOfThatName(HANDLE file, const std::wstring& folder, const std::wstring& name) {
+  std::wstring finalPath(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetFinalPathNameByHandleW(file, finalPath.data(), static_cast<DWORD>(finalPath.size()),
+                                                   FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+    if (length == 0) {
+      return true;  // not told on this file system; the reparse attribute has been checked
+    }
+    if (length < finalPath.size()) {
+      finalPath.resize(length);
+      break;
+    }
+    finalPath.resize(length);
+  }
+  const size_t slash = finalPath.find_last_of(L'\\');
+  if (slash == std::wstring::npos) {
+    return false;
+  }
+  WIN32_FIND_DATAW entry{};
+  const HANDLE search =
+      FindFirstFileExW(ForFileApi(folder + name).c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr, 0);
+  if (search == INVALID_HANDLE_VALUE) {
+    return false;
+  }
+  (void)FindClose(search);  // closing our own search cannot usefully fail
+  if (!SameText(std::wstring_view(finalPath).substr(slash + 1), entry.cFileName)) {
+    return false;
+  }
+  std::wstring finalFolder = finalPath.substr(0, slash + 1);
+  if (finalFolder.starts_with(L"\\\\?\\UNC\\")) {
+    finalFolder = L"\\\\" + finalFolder.substr(8);
+  } else if (finalFolder.starts_with(L"\\\\?\\")) {
+    finalFolder = finalFolder.substr(4);
+  }
+  if (SameText(finalFolder, folder)) {
+    return true;
+  }
+  const auto finalIdentity = FolderIdentity(finalFolder);
+  return finalIdentity && finalIdentity == FolderIdentity(folder);
+}
+
+}  // namespace
+
+OpenedForOverwrite OpenForOverwrite(const std::wstring& folder, const std::wstring& name) {
+  OpenedForOverwrite opened;
+  const std::wstring apiPath = ForFileApi(folder + name);
+  // The name's own attributes first: a link is refused before anything opens it.
+  const DWORD attributes = GetFileAttributesW(apiPath.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    opened.failure = OpenFailure(GetLastError());
+    return opened;
+  }
+  if (IsReparsePoint(attributes)) {
+    opened.failure = ShredFailure::kLink;
+    return opened;
+  }
+  if (IsFolder(attributes)) {
+    opened.failure = ShredFailure::kNotAFile;
+    return opened;
+  }
+  // Asked before the open: some systems let a privileged user write to it all the same.
+  if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+    opened.failure = ShredFailure::kCannotOpen;
+    return opened;
+  }
+  // Opening the reparse point itself, should the name have become one meanwhile, so the
+  // handle is never the target's; the handle's attributes below tell.
+  opened.file = UniqueHandle(CreateFileW(apiPath.c_str(), GENERIC_WRITE | FILE_READ_ATTRIBUTES,
+                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                         FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+  if (!opened.file) {
+    opened.failure = OpenFailure(GetLastError());
+    return opened;
+  }
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileInformationByHandle(opened.file.Get(), &information) == FALSE) {
+    opened.failure = ShredFailure::kCannotOpen;
+  } else if (IsReparsePoint(information.dwFileAttributes) || !IsFileOfThatName(opened.file.Get(), folder, name)) {
+    opened.failure = ShredFailure::kLink;
+  } else if (IsFolder(information.dwFileAttributes)) {
+    opened.failure = ShredFailure::kNotAFile;
+  } else if (information.nNumberOfLinks > 1) {
+    opened.failure = ShredFailure::kHardLinks;
+  }
+  if (opened.failure != ShredFailure::kNone) {
+    opened.file.Reset();
+    return opened;
+  }
+  opened.size = (static_cast<uint64_t>(information.nFileSizeHigh) << 32) | information.nFileSizeLow;
+  return opened;
+}
+
+ShredFailure OverwritePass(HANDLE file, uint64_t size, const unsigned char* pattern, const StopToken& stop,
+                           const std::function<void(uint32_t bytes)>& chunkWritten) {
+  LARGE_INTEGER start{};
+  if (SetFilePointerEx(file, start, nullptr, FILE_BEGIN) == FALSE) {
+    return ShredFailure::kWriteFailed;
+  }
+  uint64_t position = 0;
+  while (position < size) {
+    if (stop.StopRequested()) {
+      return ShredFailure::kStopped;
+    }
+    const auto chunk = static_cast<DWORD>(std::min<uint64_t>(size - position, PatternBuffers::kSize));
+    DWORD written = 0;
+    if (WriteFile(file, pattern, chunk, &written, nullptr) == FALSE || written != chunk) {
+      return ShredFailure::kWriteFailed;
+    }
+    position += chunk;
+    chunkWritten(chunk);
+    Sleep(0);  // lets the page's thread in between chunks on a busy processor
+  }
+  // Without it the next pass could overwrite this one in the cache before it reached
+  // the disk.
+  return FlushFileBuffers(file) != FALSE ? ShredFailure::kNone : ShredFailure::kWriteFailed;
+}
+
+std::wstring RandomNameLike(std::wstring_view name) {
+  static constexpr wchar_t kLetters[] = L"abcdefghijklmnopqrstuvwxyz0123456789";
+  std::wstring random(name.size(), L'a');
+  for (wchar_t& letter : random) {
+    letter = kLetters[static_cast<unsigned>(std::rand()) % (std::size(kLetters) - 1)];
+  }
+  return random;
+}
+
+Deletion DeleteUnderRandomName(const std::wstring& folder, const std::wstring& name) {
+  Deletion deletion;
+  deletion.path = folder + name;
+  for (int attempt = 0; attempt < kRenameAttempts; ++attempt) {
+    const std::wstring renamed = folder + RandomNameLike(name);
+    if (MoveFileExW(ForFileApi(deletion.path).c_str(), ForFileApi(renamed).c_str(), 0) != FALSE) {
+      deletion.path = renamed;
+      break;
+    }
+    const DWORD error = GetLastError();
+    if (error != ERROR_ALREADY_EXISTS && error != ERROR_FILE_EXISTS) {
+      break;  // the name stays; the data is overwritten all the same
+    }
+  }
+  deletion.deleted = DeleteFileW(ForFileApi(deletion.path).c_str()) != FALSE;
+  return deletion;
+}
+
+}  // namespace lumenor

@@ -1,0 +1,202 @@
+// Choosing files for shredding: each file once, split at its last backslash, nothing a
+// shred could not overwrite without reaching something else, and folders walked without
+// ever going through a link.
+#include "tests/support/TempFolder.h"
+#include "tests/support/TraceFixtures.h"
+
+#include "shred/ProgressScale.h"
+#include "shred/ShredJob.h"
+#include "shred/ShredList.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace lumenor {
+namespace {
+
+using testing::FileExists;
+using testing::MakeFile;
+using testing::ReadFileBytes;
+using testing::TempFolder;
+
+class NoReports final : public ShredReports {
+ public:
+  void FileShredded(size_t, int) override { ++shredded; }
+  void FileFailed(size_t, ShredFailure, const std::wstring&) override { ++failed; }
+  int shredded = 0;
+  int failed = 0;
+};
+
+std::vector<std::wstring> PathsOf(const ShredList& list) {
+  std::vector<std::wstring> paths;
+  for (const ShredTarget& target : list.Targets()) paths.push_back(target.Path());
+  return paths;
+}
+
+TEST(ShredList, NameAndFolderAreSplitAtTheLastBackslashSoNoOtherFileIsReached) {
+  TempFolder root;
+  // The name "b.txt" also opens the folder "b.txt_dir": cut at its first occurrence, the
+  // folder would be root\ and the file shredded root\b.txt.
+  MakeFile(root / L"b.txt", "never chosen");
+  MakeFile(root / L"b.txt_dir\\b.txt", "chosen");
+  ShredList list;
+  ASSERT_EQ(list.AddFile(root / L"b.txt_dir\\b.txt"), AddResult::kAdded);
+  ASSERT_EQ(list.Targets().size(), 1u);
+  EXPECT_EQ(list.Targets()[0].folder, root / L"b.txt_dir\\");
+  EXPECT_EQ(list.Targets()[0].name, L"b.txt");
+  NoReports reports;
+  EXPECT_EQ(RunShredJob(list.Targets(), ShredMethod::kQuick, reports, StopToken()), ShredJobEnd::kDone);
+  EXPECT_EQ(reports.shredded, 1);
+  EXPECT_EQ(ReadFileBytes(root / L"b.txt"), "never chosen");
+  EXPECT_FALSE(FileExists(root / L"b.txt_dir\\b.txt"));
+}
+
+TEST(ShredList, AFileListedTwiceInAnotherLetterCaseOrSpellingIsOneRow) {
+  TempFolder root;
+  MakeFile(root / L"Report.doc");
+  ShredList list;
+  EXPECT_EQ(list.AddFile(root / L"Report.doc"), AddResult::kAdded);
+  EXPECT_EQ(list.AddFile(root / L"REPORT.DOC"), AddResult::kAlreadyListed);
+  EXPECT_EQ(list.AddFile(root / L"sub\\..\\report.doc"), AddResult::kAlreadyListed);
+  EXPECT_EQ(list.Targets().size(), 1u);
+  list.Remove(0);
+  EXPECT_EQ(list.AddFile(root / L"report.doc"), AddResult::kAdded) << "a removed row may be listed again";
+}
+
+TEST(ShredList, FilesThatCannotBeOverwrittenAreNotListedAndSayWhy) {
+  TempFolder root;
+  MakeFile(root / L"readonly.txt");
+  ASSERT_TRUE(SetFileAttributesW((root / L"readonly.txt").c_str(), FILE_ATTRIBUTE_READONLY));
+  MakeFile(root / L"linked.txt");
+  ASSERT_TRUE(CreateHardLinkW((root / L"second-name.txt").c_str(), (root / L"linked.txt").c_str(), nullptr));
+  testing::MakeFolders(root / L"folder\\");
+  const std::pair<std::wstring, ShredFailure> cases[] = {
+      {root / L"readonly.txt", ShredFailure::kCannotOpen}, {root / L"missing.txt", ShredFailure::kMissing},
+      {root / L"linked.txt", ShredFailure::kHardLinks},    {root / L"folder", ShredFailure::kNotAFile},
+      {L"relative.txt", ShredFailure::kBadPath},           {L"C:relative.txt", ShredFailure::kBadPath},
+      {L"\\\\.\\C:\\device.txt", ShredFailure::kBadPath},  {root / L"", ShredFailure::kBadPath},
+  };
+  ShredList list;
+  for (const auto& [path, failure] : cases) {
+    Refusal refusal;
+    EXPECT_EQ(list.AddFile(path, &refusal), AddResult::kRefused) << ::testing::PrintToString(path);
+    EXPECT_EQ(refusal.failure, failure) << ::testing::PrintToString(path);
+  }
+  EXPECT_TRUE(list.Empty());
+  ASSERT_TRUE(SetFileAttributesW((root / L"readonly.txt").c_str(), FILE_ATTRIBUTE_NORMAL));
+}
+
+TEST(ShredList, AFolderListsEveryFileOfItsTreeEachWithItsOwnFolder) {
+  TempFolder root;
+  MakeFile(root / L"tree\\a.txt");
+  MakeFile(root / L"tree\\sub\\b.txt");
+  MakeFile(root / L"tree\\sub\\deeper\\c.txt");
+  testing::MakeFolders(root / L"tree\\empty\\");
+  MakeFile(root / L"tree\\locked.txt");
+  ASSERT_TRUE(SetFileAttributesW((root / L"tree\\locked.txt").c_str(), FILE_ATTRIBUTE_READONLY));
+  ShredList list;
+  ASSERT_EQ(list.AddFile(root / L"tree\\A.TXT"), AddResult::kAdded);
+  std::vector<Refusal> refusals;
+  const auto folder = testing::Admitted(root / L"tree");
+  ASSERT_TRUE(folder);
+  EXPECT_EQ(list.AddFolder(*folder, [&](const Refusal& refusal) { refusals.push_back(refusal); }), 2u);
+  std::vector<std::wstring> paths = PathsOf(list);
+  std::sort(paths.begin() + 1, paths.end());
+  EXPECT_EQ(paths, (std::vector<std::wstring>{root / L"tree\\A.TXT", root / L"tree\\sub\\b.txt",
+                                              root / L"tree\\sub\\deeper\\c.txt"}));
+  ASSERT_EQ(refusals.size(), 1u);
+  EXPECT_EQ(refusals[0].path, root / L"tree\\locked.txt");
+  EXPECT_EQ(refusals[0].failure, ShredFailure::kCannotOpen);
+  ASSERT_TRUE(SetFileAttributesW((root / L"tree\\locked.txt").c_str(), FILE_ATTRIBUTE_NORMAL));
+}
+
+// The harness lays out links on E: whose targets each hold canary.txt.
+class LinkFixtures : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (GetFileAttributesW(L"E:\\link-fixtures\\files\\file-link.txt") == INVALID_FILE_ATTRIBUTES) {
+      GTEST_SKIP() << "no link fixtures here (they come with the Wine test harness)";
+    }
+    for (const wchar_t* target : {L"top", L"nested", L"file"}) {
+      canaries_.push_back(std::wstring(L"E:\\link-fixtures\\targets\\") + target + L"\\canary.txt");
+      contents_.push_back(ReadFileBytes(canaries_.back()));
+      ASSERT_FALSE(contents_.back().empty());
+    }
+  }
+  void ExpectCanariesByteIdentical() const {
+    for (size_t index = 0; index < canaries_.size(); ++index) {
+      EXPECT_EQ(ReadFileBytes(canaries_[index]), contents_[index]) << ::testing::PrintToString(canaries_[index]);
+    }
+  }
+  std::vector<std::wstring> canaries_;
+  std::vector<std::string> contents_;
+};
+
+TEST_F(LinkFixtures, AFileThatIsALinkIsNeverListedOrShredded) {
+  ShredList list;
+  Refusal refusal;
+  EXPECT_EQ(list.AddFile(L"E:\\link-fixtures\\files\\file-link.txt", &refusal), AddResult::kRefused);
+  EXPECT_EQ(refusal.failure, ShredFailure::kLink);
+
+  // Listed as a plain file, then the link found by the job itself.
+  const ShredTarget target{L"E:\\link-fixtures\\files\\", L"file-link.txt", 12};
+  NoReports reports;
+  EXPECT_EQ(RunShredJob(std::span(&target, 1), ShredMethod::kThorough, reports, StopToken()), ShredJobEnd::kDone);
+  EXPECT_EQ(reports.failed, 1);
+  EXPECT_TRUE(FileExists(L"E:\\link-fixtures\\files\\file-link.txt"));
+  ExpectCanariesByteIdentical();
+}
+
+TEST_F(LinkFixtures, AFolderWalkNeverGoesThroughALinkAndShredsOnlyWhatIsBelow) {
+  MakeFile(L"E:\\link-fixtures\\clean\\mine.txt", "mine");
+  MakeFile(L"E:\\link-fixtures\\clean\\sub\\also-mine.txt", "also mine");
+  ShredList list;
+  std::vector<Refusal> refusals;
+  for (const wchar_t* folder : {L"E:\\link-fixtures\\clean", L"E:\\link-fixtures\\files"}) {
+    const auto admitted = testing::Admitted(folder);
+    ASSERT_TRUE(admitted);
+    list.AddFolder(*admitted, [&](const Refusal& refusal) { refusals.push_back(refusal); });
+  }
+  std::vector<std::wstring> paths = PathsOf(list);
+  std::sort(paths.begin(), paths.end());
+  EXPECT_EQ(paths, (std::vector<std::wstring>{L"E:\\link-fixtures\\clean\\mine.txt",
+                                              L"E:\\link-fixtures\\clean\\sub\\also-mine.txt"}));
+  std::vector<std::wstring> refused;
+  for (const Refusal& refusal : refusals) {
+    EXPECT_EQ(refusal.failure, ShredFailure::kLink);
+    refused.push_back(refusal.path);
+  }
+  std::sort(refused.begin(), refused.end());
+  EXPECT_EQ(refused, (std::vector<std::wstring>{L"E:\\link-fixtures\\clean\\sub\\nested-link",
+                                                L"E:\\link-fixtures\\clean\\top-link",
+                                                L"E:\\link-fixtures\\files\\file-link.txt"}));
+  NoReports reports;
+  EXPECT_EQ(RunShredJob(list.Targets(), ShredMethod::kSafe, reports, StopToken()), ShredJobEnd::kDone);
+  EXPECT_EQ(reports.shredded, 2);
+  ExpectCanariesByteIdentical();
+}
+
+TEST(ProgressScale, RangesAbove2GBFitTheBarAndNeverRunBackwards) {
+  const ProgressScale small(100000);
+  EXPECT_EQ(small.Range(), 100000);
+  EXPECT_EQ(small.Position(33333), 33333);
+  const uint64_t threeGB = 3000000000ull;
+  const ProgressScale large(threeGB);
+  EXPECT_GT(large.Range(), 0);
+  EXPECT_EQ(large.Position(threeGB), large.Range());
+  EXPECT_NEAR(large.Position(threeGB / 2), large.Range() / 2, 1);
+  int previous = 0;
+  for (uint64_t position = 0; position <= threeGB; position += threeGB / 64) {
+    EXPECT_GE(large.Position(position), previous);
+    previous = large.Position(position);
+  }
+  const ProgressScale huge(~0ull);
+  EXPECT_EQ(huge.Position(~0ull), huge.Range());
+}
+
+}  // namespace
+}  // namespace lumenor
