@@ -3,6 +3,7 @@
 #include "catalogue/Catalogue.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
+#include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/TraceCommand.h"
 
@@ -21,6 +22,10 @@ constexpr wchar_t kUsage[] =
     L"                                1 application, 2 item) and name of every node\n"
     L"  scan [SELECTION] [--json]     print every trace the selected items find\n"
     L"  erase [SELECTION] [--json]    scan, then erase every item that found traces\n"
+    L"  junk [--folder PATH] [--masks default|all|MASK,MASK,...] [--delete] [--json]\n"
+    L"                                print every junk file on the fixed disks (or below\n"
+    L"                                PATH, an absolute folder) whose name a mask of the\n"
+    L"                                junk catalogue accepts; --delete removes them\n"
     L"SELECTION (default --recent):\n"
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
@@ -62,6 +67,14 @@ int wmain(int argc, wchar_t** argv) {
     lumenor::CCatalogue catalogue = lumenor::CCatalogue::Build();
     return lumenor::RunTraceCommand(command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase,
                                     *options, catalogue.Root(), out, lumenor::ConsoleOutput::StandardError());
+  }
+  if (command == L"junk") {
+    std::wstring problem;
+    const auto options = lumenor::ParseJunkCommandOptions(arguments, problem);
+    if (!options) {
+      return UsageError(problem);
+    }
+    return lumenor::RunJunkCommand(*options, lumenor::MachinePaths(), out, lumenor::ConsoleOutput::StandardError());
   }
   return UsageError(L"unknown command: " + command);
 }

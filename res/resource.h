@@ -72,8 +72,11 @@
 #define IDC_SHRED_CANCEL_ALL 15008
 #define IDC_SHRED_SHRED 15009
 
-// Junk cleaner page.
+// Junk cleaner page: a frame with a two-tab strip over two sub-pages, the set-up page
+// (the mask catalogue and where to look) and the result page (found files and removal).
 #define IDD_JUNK 350
+#define IDC_JUNK_TABS 1069
+#define IDD_JUNK_SCAN 610
 #define IDC_JUNK_CATALOG_LABEL 1070
 #define IDC_JUNK_CATALOG 1071
 #define IDC_JUNK_SCOPE_LABEL 1072
@@ -86,6 +89,13 @@
 #define IDC_JUNK_ALL 1079
 #define IDC_JUNK_NONE 1080
 #define IDC_JUNK_START 30008
+#define IDD_JUNK_RESULTS 611
+#define IDC_JUNK_RESULTS 1081
+#define IDC_JUNK_SUMMARY 1082
+#define IDC_JUNK_ANIMATION 1083
+#define IDC_JUNK_STOP 30005
+#define IDC_JUNK_DELETE 30006
+#define IDC_JUNK_DELETE_ALL 30007
 
 // Help page; its three buttons are made at run time.
 #define IDD_HELP 233
@@ -112,6 +122,40 @@
 #define IDS_SHRED_COLUMN_SIZE 4032
 #define IDS_JUNK_COLUMN_TYPE 4040
 #define IDS_JUNK_COLUMN_DESCRIPTION 4041
+#define IDS_JUNK_COLUMN_FILE 4042
+#define IDS_JUNK_COLUMN_PATH 4043
+#define IDS_JUNK_NOTHING_CHOSEN 4044
+#define IDS_JUNK_CHOOSE_PATH 4045
+#define IDS_JUNK_BROWSE_TITLE 4046
+#define IDS_JUNK_DELETE_FAILED 4047
+#define IDS_JUNK_CONFIRM_DELETE_ALL 4048
+#define IDS_JUNK_SUMMARY 4049
+
+// Junk mask descriptions, one entry per kind of junk (the catalogue's second column).
+#define IDS_JUNK_KIND_TEMPORARY 4100
+#define IDS_JUNK_KIND_DATABASE 4101
+#define IDS_JUNK_KIND_OUTLOOK_EXPRESS 4102
+#define IDS_JUNK_KIND_VISUAL_STUDIO 4103
+#define IDS_JUNK_KIND_CPP_BUILDER 4104
+#define IDS_JUNK_KIND_INTERNET_EXPLORER 4105
+#define IDS_JUNK_KIND_FIND_FAST 4106
+#define IDS_JUNK_KIND_MICROSOFT 4107
+#define IDS_JUNK_KIND_JUNK 4108
+#define IDS_JUNK_KIND_HELP_INDEX 4109
+#define IDS_JUNK_KIND_HELP_WORD_LIST 4110
+#define IDS_JUNK_KIND_ERROR 4111
+#define IDS_JUNK_KIND_MEMORY_DUMP 4112
+#define IDS_JUNK_KIND_CHKDSK 4113
+#define IDS_JUNK_KIND_DESCRIPTION 4114
+#define IDS_JUNK_KIND_LOG 4115
+#define IDS_JUNK_KIND_BACKUP 4116
+#define IDS_JUNK_KIND_NORTON_BACKUP 4117
+#define IDS_JUNK_KIND_DIAGNOSTIC_REGISTRY 4118
+#define IDS_JUNK_KIND_DIAGNOSTIC 4119
+#define IDS_JUNK_KIND_TWAIN 4120
+#define IDS_JUNK_KIND_THUMBNAILS 4121
+#define IDS_JUNK_KIND_INSTALLATION 4122
+#define IDS_JUNK_KIND_README 4123
 
 // Erase progress dialog, shown while an erase runs; as large as its background picture.
 #define IDD_ERASE_PROGRESS 235
