@@ -140,13 +140,9 @@ bool CDlgJunkJunk::StartScan(const std::wstring& folder, std::vector<std::wstrin
     return false;
   }
   JoinWorker();
-  // A fresh stop signal for each walk: a stop meant for the last one never ends this one.
-  stopSignal_.store(nullptr);
-  stopEvent_.Reset(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
-  if (!stopEvent_) {
-    return false;  // a walk of every disk that could not be stopped is not started
-  }
-  stopSignal_.store(stopEvent_.Get());
+  // Cleared for each walk, before it starts: a stop meant for the last one never ends
+  // this one, and a stop pressed at once is never lost.
+  stopRequested_.store(false);
   ClearResults();
   scanning_ = true;
   JunkSearchRunning = 1;
@@ -155,7 +151,7 @@ bool CDlgJunkJunk::StartScan(const std::wstring& folder, std::vector<std::wstrin
   worker_ = std::thread([this, scope, masks = std::move(masks)] {
     try {
       RowBatcher batch(*this);
-      WalkJunkScope(scope, *paths_, masks, StopToken(&stopSignal_),
+      WalkJunkScope(scope, *paths_, masks, StopToken(&stopRequested_),
                     [&batch](JunkFile&& file) { batch.Add(std::move(file)); });
       batch.Send();
     } catch (...) {
@@ -167,12 +163,7 @@ bool CDlgJunkJunk::StartScan(const std::wstring& folder, std::vector<std::wstrin
   return true;
 }
 
-void CDlgJunkJunk::StopScan() const {
-  const HANDLE event = stopSignal_.load();
-  if (event != nullptr) {
-    (void)::SetEvent(event);  // our own event; setting it cannot usefully fail
-  }
-}
+void CDlgJunkJunk::StopScan() { stopRequested_.store(true); }
 
 void CDlgJunkJunk::JoinWorker() {
   if (worker_.joinable()) {

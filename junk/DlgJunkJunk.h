@@ -4,7 +4,6 @@
 // worker of its own; its rows reach the list in batches through the page's task queue.
 #pragma once
 
-#include "base/UniqueHandle.h"
 #include "controls/Dialog.h"
 #include "controls/GifPicture.h"
 #include "controls/MyListCtrl.h"
@@ -34,9 +33,9 @@ class CDlgJunkJunk : public controls::CDialog {
   ~CDlgJunkJunk() override;
 
   // Empties the list and starts the walk of `folder` (canonical, ending with "\"), or of
-  // every fixed disk when it is empty. False when a walk runs already or cannot start.
+  // every fixed disk when it is empty. False when a walk runs already.
   bool StartScan(const std::wstring& folder, std::vector<std::wstring> masks);
-  void StopScan() const;
+  void StopScan();
   bool Scanning() const { return scanning_; }
   void ClearResults();
 
@@ -76,8 +75,7 @@ class CDlgJunkJunk : public controls::CDialog {
 
   controls::UiTaskQueue tasks_;
   std::thread worker_;
-  UniqueHandle stopEvent_;
-  std::atomic<HANDLE> stopSignal_{nullptr};  // what the worker's stop token watches
+  std::atomic<bool> stopRequested_{false};  // what the worker's stop token watches
   bool scanning_ = false;
 
   const SystemPaths* paths_ = &MachinePaths();

@@ -8,10 +8,10 @@ namespace lumenor {
 
 namespace {
 
-void ConsiderFile(const OpenFolder& at, std::span<const std::wstring> masks, const JunkFound& found) {
+void ConsiderFile(const OpenFolder& at, const JunkMasks& masks, const JunkFound& found) {
   const WIN32_FIND_DATAW& entry = at.entry;
   std::wstring name = LowerCaseName(entry.cFileName);
-  const std::optional<size_t> mask = FirstAcceptingMask(name, masks);
+  const std::optional<size_t> mask = masks.FirstAccepting(name);
   if (!mask) {
     return;
   }
@@ -26,6 +26,7 @@ void WalkFolderForJunk(const std::wstring& folder, std::span<const std::wstring>
   if (masks.empty() || folder.empty() || folder.back() != L'\\' || IsLinkFolder(folder)) {
     return;
   }
+  const JunkMasks rules(masks);
   FolderStack walk;
   if (!walk.Push(folder, L"*")) {
     return;
@@ -35,7 +36,7 @@ void WalkFolderForJunk(const std::wstring& folder, std::span<const std::wstring>
     const WIN32_FIND_DATAW& entry = current.entry;
     if (!IsDotEntry(entry.cFileName)) {
       if (!IsFolder(entry.dwFileAttributes)) {
-        ConsiderFile(current, masks, found);
+        ConsiderFile(current, rules, found);
       } else if (!IsReparsePoint(entry.dwFileAttributes)) {
         // A folder that cannot be searched (access denied) yields nothing and is not listed.
         if (walk.Push(current.folder + entry.cFileName + L"\\", L"*")) {
