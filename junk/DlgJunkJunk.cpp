@@ -30,6 +30,10 @@ constexpr int kSummaryGap = 4;
 constexpr size_t kRowsPerBatch = 2000;
 constexpr ULONGLONG kBatchIntervalMs = 100;
 
+// Posted by the worker as its last act. A plain message needs no memory, so the end of a
+// walk always reaches a window that is still there, after every row sent before it.
+constexpr UINT kWalkEndedMessage = controls::kRunUiTasksMessage + 1;
+
 }  // namespace
 
 // Runs on the worker: gathers found files into rows and hands them to the page's thread.
@@ -148,18 +152,24 @@ bool CDlgJunkJunk::StartScan(const std::wstring& folder, std::vector<std::wstrin
   JunkSearchRunning = 1;
   ShowScanning(true);
   const JunkScope scope{folder.empty(), folder};
-  worker_ = std::thread([this, scope, masks = std::move(masks)] {
-    try {
-      RowBatcher batch(*this);
-      WalkJunkScope(scope, *paths_, masks, StopToken(&stopRequested_),
-                    [&batch](JunkFile&& file) { batch.Add(std::move(file)); });
-      batch.Send();
-    } catch (...) {
-      // Out of memory: the walk ends with what it has handed over.
-    }
-    // Refused once the window is gone; the page's destructor then clears the busy flag.
-    (void)tasks_.Post([this] { ScanEnded(); });
-  });
+  const HWND page = window_;
+  try {
+    worker_ = std::thread([this, page, scope, masks = std::move(masks)] {
+      try {
+        RowBatcher batch(*this);
+        WalkJunkScope(scope, *paths_, masks, StopToken(&stopRequested_),
+                      [&batch](JunkFile&& file) { batch.Add(std::move(file)); });
+        batch.Send();
+      } catch (...) {
+        // Out of memory: the walk ends with what it has handed over.
+      }
+      // Refused once the window is gone; the page's destructor then clears the busy flag.
+      (void)::PostMessageW(page, kWalkEndedMessage, 0, 0);
+    });
+  } catch (...) {
+    ScanEnded();  // no thread to run the walk
+    return false;
+  }
   return true;
 }
 
@@ -181,7 +191,7 @@ void CDlgJunkJunk::AddRows(std::vector<controls::ListRow> rows, const std::vecto
 }
 
 void CDlgJunkJunk::ScanEnded() {
-  JoinWorker();  // it has posted this and is returning
+  JoinWorker();  // it has posted the message and is returning
   scanning_ = false;
   ShowScanning(false);
   JunkSearchRunning = 0;
@@ -266,6 +276,11 @@ void CDlgJunkJunk::DeleteAll() {
 bool CDlgJunkJunk::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   if (message == controls::kRunUiTasksMessage) {
     tasks_.RunPending();
+    result = 0;
+    return true;
+  }
+  if (message == kWalkEndedMessage) {
+    ScanEnded();
     result = 0;
     return true;
   }

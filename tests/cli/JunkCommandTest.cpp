@@ -27,9 +27,7 @@ ProgramResult RunJunk(const std::wstring& arguments) {
 
 // One argument on the command line: a final backslash is doubled so it does not escape
 // the closing quote.
-std::wstring Quoted(const std::wstring& text) {
-  return L"\"" + text + (text.ends_with(L'\\') ? L"\\\"" : L"\"");
-}
+std::wstring Quoted(const std::wstring& text) { return L"\"" + text + (text.ends_with(L'\\') ? L"\\\"" : L"\""); }
 
 std::string JsonEscaped(const std::wstring& text) {
   std::string escaped;
