@@ -3,6 +3,7 @@
 #include "catalogue/Catalogue.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
+#include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/ShredCommand.h"
 #include "cli/TraceCommand.h"
@@ -29,6 +30,10 @@ constexpr wchar_t kUsage[] =
     L"  shred [--method quick|safe|thorough] [--json] PATH...\n"
     L"                                overwrite (1, 3 or 7 passes; quick by default) and\n"
     L"                                delete each file, and every file below each folder\n"
+    L"  junk [--folder PATH] [--masks default|all|MASK,MASK,...] [--delete] [--json]\n"
+    L"                                print every junk file on the fixed disks (or below\n"
+    L"                                PATH, an absolute folder) whose name a mask of the\n"
+    L"                                junk catalogue accepts; --delete removes them\n"
     L"SELECTION (default --recent):\n"
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
@@ -89,6 +94,14 @@ int wmain(int argc, wchar_t** argv) {
       return UsageError(problem);
     }
     return lumenor::RunShredCommand(*options, out, lumenor::ConsoleOutput::StandardError(), UsageError);
+  }
+  if (command == L"junk") {
+    std::wstring problem;
+    const auto options = lumenor::ParseJunkCommandOptions(arguments, problem);
+    if (!options) {
+      return UsageError(problem);
+    }
+    return lumenor::RunJunkCommand(*options, lumenor::MachinePaths(), out, lumenor::ConsoleOutput::StandardError());
   }
   return UsageError(L"unknown command: " + command);
 }

@@ -2,6 +2,7 @@
 
 #include "catalogue/LocationRecord.h"
 #include "engine/FilePath.h"
+#include "engine/FolderStack.h"
 
 #include <windows.h>
 
@@ -11,61 +12,6 @@
 namespace lumenor {
 
 namespace {
-
-// One folder being walked: its open search and the entry it stands on.
-struct OpenFolder {
-  HANDLE search = INVALID_HANDLE_VALUE;
-  std::wstring folder;
-  WIN32_FIND_DATAW entry{};
-};
-
-class FolderStack {
- public:
-  FolderStack() = default;
-  FolderStack(const FolderStack&) = delete;
-  FolderStack& operator=(const FolderStack&) = delete;
-  ~FolderStack() {
-    while (!folders_.empty()) {
-      Pop();
-    }
-  }
-
-  // Starts a search of `folder` for `pattern`; false (nothing pushed) if it finds nothing.
-  bool Push(std::wstring folder, std::wstring_view pattern) {
-    OpenFolder opened;
-    const std::wstring query = ForFileApi(folder + std::wstring(pattern));
-    opened.search = FindFirstFileExW(query.c_str(), FindExInfoBasic, &opened.entry, FindExSearchNameMatch, nullptr,
-                                     FIND_FIRST_EX_LARGE_FETCH);
-    if (opened.search == INVALID_HANDLE_VALUE) {
-      return false;
-    }
-    opened.folder = std::move(folder);
-    folders_.push_back(std::move(opened));
-    return true;
-  }
-
-  // Moves the top search to its next entry; false when it has none left.
-  bool Advance() { return FindNextFileW(folders_.back().search, &folders_.back().entry) != FALSE; }
-
-  std::wstring Pop() {
-    (void)FindClose(folders_.back().search);  // closing our own search handle cannot usefully fail
-    std::wstring folder = std::move(folders_.back().folder);
-    folders_.pop_back();
-    return folder;
-  }
-
-  bool Empty() const { return folders_.empty(); }
-  OpenFolder& Top() { return folders_.back(); }
-
- private:
-  std::vector<OpenFolder> folders_;
-};
-
-bool IsDotEntry(const wchar_t* name) {
-  return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
-}
-
-bool IsFolder(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
 
 bool LooksForOneName(std::wstring_view selector) {
   return selector == L"setupapi.log" || selector == L"DirectX.log" || selector == L"pagefile.sys";

@@ -1,66 +1,85 @@
 #include "junk/DlgJunk.h"
 
-#include "base/ResourceString.h"
 #include "controls/Layout.h"
 #include "controls/Paint.h"
+#include "junk/JunkState.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
 
-#include <commctrl.h>
-
 namespace lumenor {
-
-namespace {
-constexpr int kChoiceIds[] = {IDC_JUNK_ALL_DISKS, IDC_JUNK_CHOOSE_FOLDER, IDC_JUNK_DEFAULT, IDC_JUNK_ALL,
-                              IDC_JUNK_NONE};
-}  // namespace
 
 CDlgJunk::CDlgJunk() : CDialog(IDD_JUNK) {}
 
 bool CDlgJunk::OnInit() {
-  for (size_t index = 0; index < choices_.size(); ++index) {
-    (void)choices_[index].Attach(window_, kChoiceIds[index], 0, 0, controls::kPageBackground);
+  if (tabs_.CreateStrip(window_, IDC_JUNK_TABS, POINT{0, 0}, kShowTabMessage)) {
+    (void)tabs_.AddTab(IDB_JUNK_TAB_SETUP_NORMAL, IDB_JUNK_TAB_SETUP_HOT, IDB_JUNK_TAB_SETUP_SELECTED);
+    (void)tabs_.AddTab(IDB_JUNK_TAB_RESULTS_NORMAL, IDB_JUNK_TAB_RESULTS_HOT, IDB_JUNK_TAB_RESULTS_SELECTED);
+    tabs_.PostOnlyOnChange(true);
+    tabs_.SetClickBlocker([] { return JunkSearchRunning != 0; });
   }
-  if (start_.Attach(window_, IDC_JUNK_START)) {
-    start_.SetPictures(IDB_JUNK_START_NORMAL, IDB_JUNK_START_HOT, IDB_JUNK_START_PRESSED, IDB_JUNK_START_DISABLED);
-    (void)start_.FitToPicture(controls::Corner::kBottomRight);  // else the picture is stretched to the template's size
-  }
-  if (catalogue_.Attach(window_, IDC_JUNK_CATALOG)) {
-    (void)catalogue_.Send(LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES,
-                          LVS_EX_CHECKBOXES);  // answers the old style
-    (void)catalogue_.AddColumn(LoadResourceString(IDS_JUNK_COLUMN_TYPE), 80);
-    (void)catalogue_.AddColumn(LoadResourceString(IDS_JUNK_COLUMN_DESCRIPTION), 170);
-  }
-  choices_[0].SetChecked(true);
-  choices_[2].SetChecked(true);
+  setUp_.SetStartHandler(
+      [this](const std::wstring& folder, const std::vector<std::wstring>& masks) { StartJunkScan(folder, masks); });
+  (void)setUp_.Create(window_);  // a sub-page that could not be made stays blank
+  (void)results_.Create(window_);
+  LayOut();
+  tabs_.Select(kSetUpTab);
+  ShowSubPage(kSetUpTab);
   return true;
 }
 
-void CDlgJunk::EnableFolder(bool enable) const {
-  CWindow(Item(IDC_JUNK_FOLDER)).Enable(enable);
-  CWindow(Item(IDC_JUNK_BROWSE)).Enable(enable);
+void CDlgJunk::LayOut() {
+  // The sub-pages share the room under the strip, whatever their templates say.
+  const RECT client = ClientRect();
+  const RECT strip = tabs_.RectInParent();
+  for (controls::CDialog* page :
+       {static_cast<controls::CDialog*>(&setUp_), static_cast<controls::CDialog*>(&results_)}) {
+    if (page->Handle() != nullptr) {
+      (void)page->Move(RECT{client.left, strip.bottom, client.right, client.bottom});  // unmoved: shown at 0, 0
+    }
+  }
+}
+
+void CDlgJunk::ShowSubPage(int index) {
+  setUp_.Show(SW_HIDE);
+  results_.Show(SW_HIDE);
+  if (index == kSetUpTab) {
+    setUp_.Show(SW_SHOW);
+  } else if (index == kResultsTab) {
+    results_.Show(SW_SHOW);
+  }
+}
+
+void CDlgJunk::StartJunkScan(const std::wstring& folder, const std::vector<std::wstring>& masks) {
+  tabs_.Select(kResultsTab);
+  ShowSubPage(kResultsTab);
+  (void)results_.StartScan(folder, masks);  // refused only while a walk runs, which the strip keeps out
 }
 
 void CDlgJunk::ResetToSetUp() {
+  if (JunkSearchRunning != 0 || results_.Scanning()) {
+    return;
+  }
   ++resets_;
   if (window_ == nullptr) {
     return;
   }
-  (void)CWindow(Item(IDC_JUNK_FOLDER)).SetText(L"");
-  choices_[0].SetChecked(true);
-  choices_[1].SetChecked(false);
-  EnableFolder(false);
+  tabs_.Select(kSetUpTab);
+  ShowSubPage(kSetUpTab);
+  setUp_.ResetScope();
+  results_.ClearResults();
 }
 
-bool CDlgJunk::OnCommand(int id, int code, HWND control) {
-  if (id == IDC_JUNK_ALL_DISKS || id == IDC_JUNK_CHOOSE_FOLDER) {
-    EnableFolder(choices_[1].Checked());
-    return true;
-  }
-  return CDialog::OnCommand(id, code, control);
+void CDlgJunk::SetMessageBox(const MessageBoxFunction& messageBox) {
+  setUp_.SetMessageBox(messageBox);
+  results_.SetMessageBox(messageBox);
 }
 
 bool CDlgJunk::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  if (message == kShowTabMessage) {
+    ShowSubPage(static_cast<int>(lParam));
+    result = 0;
+    return true;
+  }
   if (controls::ColourWhitePage(message, wParam, result)) {
     return true;
   }

@@ -1,36 +1,56 @@
-// The junk cleaner page: the catalogue of junk file masks, where to look, and the
-// start button. The main window resets it to its set-up state each time it shows it.
+// The junk cleaner page: a two-tab strip over two sub-pages, the set-up page (which masks,
+// where) and the result page (what was found, removal). Only one sub-page shows at a
+// time. The strip ignores clicks while a junk walk runs, so the set-up page cannot be
+// reached then. The main window resets the page to its set-up state each time it shows
+// it, except while a walk runs: the reset would empty the list under it.
 #pragma once
 
 #include "controls/Dialog.h"
-#include "controls/MyCheckBox.h"
-#include "controls/MyListCtrl.h"
-#include "controls/NButtonEx.h"
+#include "controls/MyTabCtrl.h"
+#include "junk/DlgJunkJunk.h"
+#include "junk/DlgJunkScan.h"
+#include "junk/UserPrompt.h"
 
-#include <array>
+#include <string>
+#include <vector>
 
 namespace lumenor {
 
 class CDlgJunk : public controls::CDialog {
  public:
+  static constexpr int kSetUpTab = 0;
+  static constexpr int kResultsTab = 1;
+  // The strip's show-tab message, second parameter the tab's index: the number the main
+  // window uses for its own pages.
+  static constexpr UINT kShowTabMessage = WM_USER + 100;
+
   CDlgJunk();
 
-  // Back to the set-up state: all disks chosen, folder cleared and disabled.
+  // Hides both sub-pages, then shows the set-up page (0) or the result page (1).
+  void ShowSubPage(int index);
+  // Shows the result page and starts the walk there.
+  void StartJunkScan(const std::wstring& folder, const std::vector<std::wstring>& masks);
+  // The set-up page with every fixed disk chosen, the folder cleared and the result
+  // list empty; nothing happens while a walk runs.
   void ResetToSetUp();
   int Resets() const { return resets_; }
-  const controls::CMyListCtrl& Catalogue() const { return catalogue_; }
+
+  void SetMessageBox(const MessageBoxFunction& messageBox);
+
+  CDlgJunkScan& SetUpPage() { return setUp_; }
+  CDlgJunkJunk& ResultPage() { return results_; }
+  const controls::CMyTabCtrl& Tabs() const { return tabs_; }
 
  protected:
   bool OnInit() override;
-  bool OnCommand(int id, int code, HWND control) override;
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 
  private:
-  void EnableFolder(bool enable) const;
+  void LayOut();
 
-  controls::CMyListCtrl catalogue_;
-  std::array<controls::CMyCheckBox, 5> choices_;
-  controls::CNButtonEx start_;
+  controls::CMyTabCtrl tabs_;
+  CDlgJunkScan setUp_;
+  CDlgJunkJunk results_;
   int resets_ = 0;
 };
 

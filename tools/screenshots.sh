@@ -2,8 +2,10 @@
 # Runs lumenor.exe under Wine on a private Xvfb screen and saves one PNG per page and
 # dialog, cut to its window, into build/<arch>/screenshots/:
 #   96dpi-*   the splash, every tab, the help page and the notification-area menu (opened
-#             with the cursor inside the window, so that it shows within it), then the
-#             shredder with files listed, its question before shredding, and mid-shred;
+#             with the cursor inside the window, so that it shows within it); the scan
+#             workflow; the junk page's two sub-pages before and after a junk scan of a
+#             seeded folder on E:; then the shredder with files listed, its question
+#             before shredding, and mid-shred;
 #   144dpi-*  the main pages again, in a prefix of their own set to 144 dots per inch,
 #             where dialog units are half as large again.
 #   tools/screenshots.sh [x86_64]        (build first: scripts/build.sh x86_64)
@@ -110,6 +112,29 @@ shredder_shots() {
   rm -rf "$prefix/drive_c/shred-demo"
 }
 
+# A few junk files (and ordinary ones) for the junk page's scan, on the scratch disk E:.
+seed_junk() {
+  local folder="$prefix/scratch-drives/e/junk-demo"
+  rm -rf "$folder"
+  mkdir -p "$folder/Reports/old" "$folder/Build"
+  for file in "~WRL0003.tmp" "Budget.xls.bak" "setup.\$\$\$" "notes.txt" "Reports/draft.TMP" "Reports/~report.doc" \
+    "Reports/old/letter.ab~" "Reports/old/readme" "Build/app.tmp" "Build/cache.swp" "Build/main.c"; do
+    head -c $((RANDOM % 200000 + 1000)) /dev/zero >"$folder/$file"
+  done
+}
+
+# The junk page's result page before a scan, then both sub-pages after one.
+junk_pages() {
+  local dpi=$1
+  seed_junk
+  drive junk-tab:1 sleep:500
+  shot "${dpi}dpi-02a-junk-results-before" "$(drive geometry | tr -d '\r')"
+  drive junk-tab:0 sleep:300 'junk-scan:E:\junk-demo' sleep:1500
+  shot "${dpi}dpi-02b-junk-results-after" "$(drive geometry | tr -d '\r')"
+  drive junk-tab:0 sleep:500
+  shot "${dpi}dpi-02c-junk-setup-after" "$(drive geometry | tr -d '\r')"
+}
+
 # One run of the program in prefix $1 at $2 dots per inch; with "all", also the splash,
 # the help page, the menu and the shredder at work.
 session() {
@@ -134,6 +159,7 @@ session() {
     scan_workflow "$dpi"
   fi
   page "${dpi}dpi-02-junk" 20001
+  junk_pages "$dpi"
   page "${dpi}dpi-03-shredder" 20003
   page "${dpi}dpi-04-settings" 20002
   page "${dpi}dpi-05-help" 20004

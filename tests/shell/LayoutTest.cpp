@@ -104,7 +104,9 @@ class Layout : public testing::MainWindowTest {
     const char* name;
     int index;
     controls::CDialog* dialog;
+    int junkTab = -1;  // for the junk page's sub-pages: the tab that shows them
   };
+  // The main window's pages, at their templates' size.
   std::vector<Page> Pages() {
     return {{"privacy scan", CPcDlg::kScanPage, &Window().ScanPage()},
             {"junk", CPcDlg::kJunkPage, &Window().JunkPage()},
@@ -112,8 +114,20 @@ class Layout : public testing::MainWindowTest {
             {"settings", CPcDlg::kOptionsPage, &Window().OptionsPage()},
             {"help", CPcDlg::kHelpPage, &Window().HelpPage()}};
   }
+  // The pages and the sub-pages inside them, sized by their holders.
+  static constexpr size_t kJunkSetUpPage = 5;
+  static constexpr size_t kJunkResultsPage = 6;
+  std::vector<Page> PagesAndSubPages() {
+    std::vector<Page> pages = Pages();
+    pages.push_back({"junk set-up", CPcDlg::kJunkPage, &Window().JunkPage().SetUpPage(), CDlgJunk::kSetUpTab});
+    pages.push_back({"junk results", CPcDlg::kJunkPage, &Window().JunkPage().ResultPage(), CDlgJunk::kResultsTab});
+    return pages;
+  }
   void Visit(const Page& page) {
     Window().ShowPage(page.index);
+    if (page.junkTab >= 0) {
+      Window().JunkPage().ShowSubPage(page.junkTab);
+    }
     Pump();
     ASSERT_TRUE(page.dialog->IsVisible()) << page.name;
   }
@@ -178,9 +192,23 @@ TEST_F(Layout, FrameControlsLieInsideTheirBandsWithoutOverlapping) {
   EXPECT_EQ(frame.footer.bottom, client.bottom) << "the footer closes the window";
 }
 
+TEST_F(Layout, JunkSubPagesFillTheJunkPageUnderItsTabStrip) {
+  Open();
+  CDlgJunk& junk = Window().JunkPage();
+  const RECT room = junk.ClientRect();
+  const RECT strip = RectIn(GetDlgItem(junk.Handle(), IDC_JUNK_TABS), junk.Handle());
+  for (controls::CDialog* page :
+       {static_cast<controls::CDialog*>(&junk.SetUpPage()), static_cast<controls::CDialog*>(&junk.ResultPage())}) {
+    const RECT rect = RectIn(page->Handle(), junk.Handle());
+    EXPECT_EQ(rect.top, strip.bottom) << Describe(rect);
+    EXPECT_EQ(rect.bottom, room.bottom) << Describe(rect);
+    EXPECT_EQ(Width(rect), Width(room)) << Describe(rect);
+  }
+}
+
 TEST_F(Layout, EveryVisibleControlLiesWholeInsideItsPage) {
   Open();
-  for (const Page& page : Pages()) {
+  for (const Page& page : PagesAndSubPages()) {
     SCOPED_TRACE(page.name);
     Visit(page);
     const RECT client = page.dialog->ClientRect();
@@ -196,7 +224,7 @@ TEST_F(Layout, EveryVisibleControlLiesWholeInsideItsPage) {
 
 TEST_F(Layout, NoTwoControlsOfAPageOverlapUnlessOneHoldsTheOther) {
   Open();
-  for (const Page& page : Pages()) {
+  for (const Page& page : PagesAndSubPages()) {
     SCOPED_TRACE(page.name);
     Visit(page);
     ExpectNoOverlaps(VisibleChildren(page.dialog->Handle()));
@@ -206,20 +234,29 @@ TEST_F(Layout, NoTwoControlsOfAPageOverlapUnlessOneHoldsTheOther) {
 TEST_F(Layout, PictureButtonsShowTheirPicturesAtTheirOwnSize) {
   Open();
   struct Case {
-    int page;
+    size_t page;  // in PagesAndSubPages
     int id;
   };
   const Case cases[] = {
-      {CPcDlg::kScanPage, IDC_SCAN_START},       {CPcDlg::kScanPage, IDC_SCAN_DELETE_ROW},
-      {CPcDlg::kScanPage, IDC_SCAN_ERASE},       {CPcDlg::kScanPage, IDC_SCAN_SELECT_ALL},
-      {CPcDlg::kScanPage, IDC_SCAN_SELECT_NONE}, {CPcDlg::kScanPage, IDC_SCAN_SELECT_DEFAULT},
-      {CPcDlg::kJunkPage, IDC_JUNK_START},       {CPcDlg::kShredPage, IDC_SHRED_SHRED},
-      {CPcDlg::kOptionsPage, IDC_OPTIONS_SAVE},  {CPcDlg::kHelpPage, IDC_HELP_SUPPORT},
-      {CPcDlg::kHelpPage, IDC_HELP_MANUAL},      {CPcDlg::kHelpPage, IDC_HELP_SUPPORT_AGAIN},
+      {CPcDlg::kScanPage, IDC_SCAN_START},
+      {CPcDlg::kScanPage, IDC_SCAN_DELETE_ROW},
+      {CPcDlg::kScanPage, IDC_SCAN_ERASE},
+      {CPcDlg::kScanPage, IDC_SCAN_SELECT_ALL},
+      {CPcDlg::kScanPage, IDC_SCAN_SELECT_NONE},
+      {CPcDlg::kScanPage, IDC_SCAN_SELECT_DEFAULT},
+      {kJunkSetUpPage, IDC_JUNK_START},
+      {kJunkResultsPage, IDC_JUNK_STOP},
+      {kJunkResultsPage, IDC_JUNK_DELETE},
+      {kJunkResultsPage, IDC_JUNK_DELETE_ALL},
+      {CPcDlg::kShredPage, IDC_SHRED_SHRED},
+      {CPcDlg::kOptionsPage, IDC_OPTIONS_SAVE},
+      {CPcDlg::kHelpPage, IDC_HELP_SUPPORT},
+      {CPcDlg::kHelpPage, IDC_HELP_MANUAL},
+      {CPcDlg::kHelpPage, IDC_HELP_SUPPORT_AGAIN},
   };
-  const std::vector<Page> pages = Pages();
+  const std::vector<Page> pages = PagesAndSubPages();
   for (const Case& c : cases) {
-    HWND window = PageItem(pages[static_cast<size_t>(c.page)], c.id);
+    HWND window = PageItem(pages[c.page], c.id);
     auto* button = dynamic_cast<controls::CNButtonEx*>(controls::CControl::FromHandle(window));
     ASSERT_NE(button, nullptr) << "button " << c.id;
     const SIZE picture = button->PictureSize();
@@ -234,24 +271,25 @@ TEST_F(Layout, ListsShowOnlyTheirOwnColumnsBeforeAndAfterTheyScroll) {
   Open();
   struct Case {
     const char* name;
-    int page;
+    size_t page;  // in PagesAndSubPages
     int id;
     std::vector<int> widths;  // as given, in pixels at 96 dots per inch
   };
   const Case cases[] = {
       {"scan results", CPcDlg::kScanPage, IDC_SCAN_RESULTS, {200, 100, 240}},
       {"shred list", CPcDlg::kShredPage, IDC_SHRED_LIST, {120, 180, 160}},
-      {"junk catalogue", CPcDlg::kJunkPage, IDC_JUNK_CATALOG, {80, 170}},
+      {"junk catalogue", kJunkSetUpPage, IDC_JUNK_CATALOG, {80, 170}},
+      {"junk results", kJunkResultsPage, IDC_JUNK_RESULTS, {100, 350}},
   };
   HDC screen = GetDC(nullptr);
   ASSERT_NE(screen, nullptr);
   const int dotsPerInch = GetDeviceCaps(screen, LOGPIXELSX);
   ReleaseDC(nullptr, screen);
-  const std::vector<Page> pages = Pages();
+  const std::vector<Page> pages = PagesAndSubPages();
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Visit(pages[static_cast<size_t>(c.page)]);
-    HWND list = PageItem(pages[static_cast<size_t>(c.page)], c.id);
+    Visit(pages[c.page]);
+    HWND list = PageItem(pages[c.page], c.id);
     ASSERT_NE(list, nullptr);
     const auto expectColumns = [&](const char* when) {
       HWND header = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));

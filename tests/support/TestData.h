@@ -6,6 +6,8 @@
 // Every location record of every item on a made-up machine: item id, order, kind, root,
 // folder or key path, selector, separated by tabs.
 #define IDR_EXPECTED_LOCATIONS 9002
+// The junk mask catalogue in order: row, mask, description, "default" or "-".
+#define IDR_EXPECTED_JUNK_MASKS 9003
 
 #ifndef RC_INVOKED
 #include <string>

@@ -14,7 +14,10 @@
 //   copydata:PATH   hand PATH to the main window as another program would (WM_COPYDATA)
 //   click:ID        click the control ID of the shown page
 //   answer-yes      answer Yes to the program's open question
+//   junk-tab:N      click tab N of the junk page's strip (0 set-up, 1 results)
+//   junk-scan:PATH  on the junk set-up page, choose the folder PATH and press Start
 #include "app/ShellMessages.h"
+#include "res/resource.h"
 
 #include <windows.h>
 
@@ -151,6 +154,55 @@ bool SendPath(HWND main, const std::wstring& path) {
          0;
 }
 
+struct ChildSearch {
+  int id;
+  HWND found;
+};
+
+BOOL CALLBACK FindChildProc(HWND window, LPARAM parameter) {
+  auto* search = reinterpret_cast<ChildSearch*>(parameter);
+  if (GetDlgCtrlID(window) == search->id) {
+    search->found = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+// A control anywhere below the main window, by its id.
+HWND FindControl(HWND main, int id) {
+  ChildSearch search{id, nullptr};
+  if (main != nullptr) {
+    (void)EnumChildWindows(main, FindChildProc, reinterpret_cast<LPARAM>(&search));
+  }
+  return search.found;
+}
+
+// The junk page's strip has two tabs of one width.
+bool ClickJunkTab(HWND main, int tab) {
+  HWND strip = FindControl(main, IDC_JUNK_TABS);
+  RECT rect{};
+  if (strip == nullptr || GetClientRect(strip, &rect) == FALSE) {
+    return false;
+  }
+  const LPARAM point = MAKELPARAM(rect.right / 4 + tab * rect.right / 2, rect.bottom / 2);
+  return PostMessageW(strip, WM_LBUTTONDOWN, MK_LBUTTON, point) != FALSE &&
+         PostMessageW(strip, WM_LBUTTONUP, 0, point) != FALSE;
+}
+
+bool StartJunkScan(HWND main, const std::wstring& folder) {
+  HWND start = FindControl(main, IDC_JUNK_START);
+  HWND page = start != nullptr ? GetParent(start) : nullptr;
+  if (page == nullptr) {
+    return false;
+  }
+  (void)SendDlgItemMessageW(page, IDC_JUNK_ALL_DISKS, BM_SETCHECK, BST_UNCHECKED, 0);
+  (void)SendDlgItemMessageW(page, IDC_JUNK_CHOOSE_FOLDER, BM_SETCHECK, BST_CHECKED, 0);
+  (void)SendMessageW(page, WM_COMMAND, MAKEWPARAM(IDC_JUNK_CHOOSE_FOLDER, BN_CLICKED), 0);
+  return SetDlgItemTextW(page, IDC_JUNK_FOLDER, folder.c_str()) != FALSE &&
+         PostMessageW(page, WM_COMMAND, MAKEWPARAM(IDC_JUNK_START, BN_CLICKED), reinterpret_cast<LPARAM>(start)) !=
+             FALSE;
+}
+
 bool PressEscape() {
   INPUT keys[2] = {};
   keys[0].type = INPUT_KEYBOARD;
@@ -242,6 +294,16 @@ int wmain(int argc, wchar_t** argv) {
       }
       if (question == nullptr || PostMessageW(question, WM_COMMAND, IDYES, 0) == FALSE) {
         std::fprintf(stderr, "driver: no question to answer\n");
+        return 1;
+      }
+    } else if (step.rfind(L"junk-tab:", 0) == 0) {
+      if (!ClickJunkTab(main, static_cast<int>(std::wcstoul(step.c_str() + 9, nullptr, 10)))) {
+        std::fprintf(stderr, "driver: no junk tab strip\n");
+        return 1;
+      }
+    } else if (step.rfind(L"junk-scan:", 0) == 0) {
+      if (!StartJunkScan(main, step.substr(10))) {
+        std::fprintf(stderr, "driver: no junk set-up page\n");
         return 1;
       }
     } else if (step == L"escape") {

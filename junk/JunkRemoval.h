@@ -1,0 +1,22 @@
+// Removing junk files the walk found: a plain delete of one file, with its read-only bit
+// cleared first (its other attributes are left as they are). Never a folder, never
+// overwriting (that is the shredder's job).
+#pragma once
+
+#include "engine/TraceSink.h"
+
+#include <span>
+#include <string>
+
+namespace lumenor {
+
+// The full path of a listed file: its folder (ending with "\") and its name.
+inline std::wstring JunkPath(const std::wstring& folder, const std::wstring& name) { return folder + name; }
+
+// Deletes the file at `path`; false when it is still there, or is a folder.
+bool DeleteJunkFile(const std::wstring& path);
+
+// Deletes each file in turn, reporting one deletion or one failure per file.
+void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally);
+
+}  // namespace lumenor
