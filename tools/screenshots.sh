@@ -4,7 +4,9 @@
 #   96dpi-*   the splash, every tab, the help page and the notification-area menu (opened
 #             with the cursor inside the window, so that it shows within it);
 #   144dpi-*  the main pages again, in a prefix of their own set to 144 dots per inch,
-#             where dialog units are half as large again.
+#             where dialog units are half as large again;
+#   styled-*  the main pages again at 96, in a prefix of their own with Wine's "Light"
+#             visual style on, as the common controls draw them on Windows.
 #   tools/screenshots.sh [x86_64]        (build first: scripts/build.sh x86_64)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -52,6 +54,20 @@ page() {
   shot "$1" "$(drive geometry | tr -d '\r')"
 }
 
+# Turns on the visual style that Wine ships (what winecfg's "Light" theme sets); without
+# one, Wine's common controls 6 draw without styles.
+use_light_style() {
+  local key='HKCU\Software\Microsoft\Windows\CurrentVersion\ThemeManager' setting name value
+  for setting in 'ThemeActive=1' 'DllName=C:\windows\resources\themes\light\light.msstyles' \
+    'ColorName=Blue' 'SizeName=NormalSize'; do
+    name=${setting%%=*}
+    value=${setting#*=}
+    WINEPREFIX="$prefix" wine reg add "$key" /v "$name" /d "$value" /f >/dev/null 2>&1 ||
+      { echo "screenshots: could not turn on the Light style in $prefix" >&2; exit 1; }
+  done
+  WINEPREFIX="$prefix" wineserver --wait || true
+}
+
 # One run of the program in prefix $1 at $2 dots per inch; with "all", also the splash,
 # the help page and the menu.
 session() {
@@ -59,6 +75,7 @@ session() {
   local dpi=$2 what=$3
   export LUMENOR_LOG_PIXELS=$dpi
   "$runner" "$prefix" --prepare
+  if [ "$what" = styled ]; then use_light_style; fi
   # A fresh settings file each time, so the window opens as on a first start.
   rm -f "$prefix/drive_c/lumenor/setting.ini"
   "$runner" "$prefix" "$build/bin/lumenor.exe" &
@@ -68,11 +85,13 @@ session() {
     shot "${dpi}dpi-00-splash" "$(drive splash-geometry | tr -d '\r')"
   fi
   drive wait sleep:800
-  shot "${dpi}dpi-01-scan" "$(drive geometry | tr -d '\r')"
-  page "${dpi}dpi-02-junk" 20001
-  page "${dpi}dpi-03-shredder" 20003
-  page "${dpi}dpi-04-settings" 20002
-  page "${dpi}dpi-05-help" 20004
+  local name=${dpi}dpi
+  if [ "$what" = styled ]; then name=styled; fi
+  shot "$name-01-scan" "$(drive geometry | tr -d '\r')"
+  page "$name-02-junk" 20001
+  page "$name-03-shredder" 20003
+  page "$name-04-settings" 20002
+  page "$name-05-help" 20004
   if [ "$what" = all ]; then
     drive command:20000 sleep:400 tray-menu sleep:800
     shot "${dpi}dpi-06-tray-menu" "$(drive geometry | tr -d '\r')"
@@ -86,3 +105,4 @@ session() {
 
 session "$build/wineprefix" 96 all
 session "$build/wineprefix-144dpi" 144 pages
+session "$build/wineprefix-styled" 96 styled
