@@ -21,9 +21,10 @@ if ! [[ "$version" =~ ^[0-9]+\.[0-9]+\.[0-9]+\.[0-9]+$ ]]; then
 fi
 
 # Every file in the packages carries the time of the last commit, so that packaging the
-# same sources twice gives the same zips.
+# same build twice gives the same zips: strip (through BFD) writes it into the programs'
+# headers instead of the time of day, and touch sets it on every file.
 epoch=${SOURCE_DATE_EPOCH:-$(git -C "$root" log -1 --format=%ct 2>/dev/null || date +%s)}
-export TZ=UTC
+export SOURCE_DATE_EPOCH=$epoch TZ=UTC
 
 staging=$(mktemp -d)
 trap 'rm -rf "$staging"' EXIT
