@@ -3,8 +3,9 @@
 ; normal user could not do in Program Files. scripts/package.sh builds it with
 ;   makensis -DVERSION=a.b.c.d -DSTAGE_DIR=<folder with the files> -DICON_FILE=<.ico>
 ;            -DOUT_FILE=<setup.exe> package/lumenor.nsi
-; Silent use: /S installs (add /DESKTOPSHORTCUT for a desktop shortcut); uninstall.exe /S
-; uninstalls and keeps the settings. Both end with a non-zero exit code while Lumenor runs.
+; Silent use: /S installs (add /DESKTOPSHORTCUT for a desktop shortcut), and ends with exit
+; code 3 while Lumenor runs; uninstall.exe /S uninstalls and keeps the settings, and
+; leaves everything in place while Lumenor runs.
 
 Target amd64-unicode
 Unicode true
