@@ -1,5 +1,6 @@
 #include "app/DlgOptions.h"
 
+#include "catalogue/DlgOptionsChoose.h"
 #include "controls/Layout.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
@@ -43,6 +44,14 @@ bool CDlgOptions::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&
     return true;
   }
   return CDialog::OnMessage(message, wParam, lParam, result);
+}
+
+bool CDlgOptions::OnCommand(int id, int code, HWND control) {
+  if (id == IDC_OPTIONS_ONE_CLICK) {
+    (void)ChooseOneClickItems(window_, CIniFileRW(kSettingsFileName));  // saved or not, the page stays as it is
+    return true;
+  }
+  return CDialog::OnCommand(id, code, control);
 }
 
 }  // namespace lumenor

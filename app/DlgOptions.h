@@ -22,6 +22,7 @@ class CDlgOptions : public controls::CDialog {
  protected:
   bool OnInit() override;
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  bool OnCommand(int id, int code, HWND control) override;
   bool OnEraseBackground(HDC dc) override;
 
  private:

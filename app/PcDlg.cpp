@@ -161,6 +161,14 @@ SIZE CPcDlg::TitleSize() const {
 }
 
 void CPcDlg::CreatePages() {
+  // The scan page's workers tell their stages in the notification area.
+  scan_.SetStatusSink([this](bool started, const std::wstring& status, const std::wstring& caption) {
+    if (started) {
+      StartTrayAnimation(status, caption);
+    } else {
+      StopTrayAnimation(status, caption);
+    }
+  });
   controls::CDialog* pages[] = {&scan_, &options_, &shred_, &junk_, &help_};
   for (controls::CDialog* page : pages) {
     (void)page->Create(window_);  // a page that could not be made stays blank
@@ -334,7 +342,7 @@ bool CPcDlg::OnCommand(int id, int code, HWND control) {
       return true;
     case ID_TRAY_ONE_CLICK:
       if (ScanBusy == 0) {
-        scan_.StartOneClickErase();
+        (void)scan_.StartOneClickErase();  // refused while the page's worker runs
       }
       return true;
     case ID_TRAY_EXIT:
@@ -375,13 +383,18 @@ void CPcDlg::SchedulerTick() {
   if (!ScheduledScanDue(Options, clock_())) {
     return;
   }
+  // Two workers over one list of items would tangle it: a tick that finds one running
+  // is skipped.
+  if (scan_.Busy() || JunkSearchRunning != 0) {
+    return;
+  }
   tray_.uFlags = NIF_INFO;
   tray_.uTimeout = 2000;
   tray_.dwInfoFlags = NIIF_INFO;
   CopyText(tray_.szInfo, LoadResourceString(IDS_AUTO_SCAN_TEXT));
   CopyText(tray_.szInfoTitle, LoadResourceString(IDS_AUTO_SCAN_TITLE));
-  (void)ModifyTrayIcon();  // without a notification area the scan still runs
-  scan_.StartOneClickErase();
+  (void)ModifyTrayIcon();            // without a notification area the scan still runs
+  (void)scan_.StartOneClickErase();  // cannot be refused: nothing runs
 }
 
 void CPcDlg::StartTrayAnimation(const std::wstring& title, const std::wstring& text) {

@@ -1,5 +1,7 @@
 #include "controls/Bitmap.h"
 
+#include <algorithm>
+
 #include <utility>
 
 namespace lumenor::controls {
@@ -73,6 +75,40 @@ bool CBitmapResource::Draw(HDC dc, int x, int y) const {
   }
   CSourceDC source(dc, bitmap_);
   return source.Get() != nullptr && ::BitBlt(dc, x, y, size_.cx, size_.cy, source.Get(), 0, 0, SRCCOPY) != FALSE;
+}
+
+bool CBitmapResource::DrawPart(HDC dc, int x, int y, const RECT& part) const {
+  if (bitmap_ == nullptr) {
+    return false;
+  }
+  CSourceDC source(dc, bitmap_);
+  return source.Get() != nullptr && ::BitBlt(dc, x, y, part.right - part.left, part.bottom - part.top, source.Get(),
+                                             part.left, part.top, SRCCOPY) != FALSE;
+}
+
+std::vector<POINT> CBitmapResource::PixelsOfColour(COLORREF colour, const RECT& area) const {
+  std::vector<POINT> found;
+  if (bitmap_ == nullptr) {
+    return found;
+  }
+  const HDC screen = ::GetDC(nullptr);
+  if (screen == nullptr) {
+    return found;
+  }
+  {
+    CSourceDC source(screen, bitmap_);
+    if (source.Get() != nullptr) {
+      for (LONG y = std::max(area.top, 0L); y < std::min(area.bottom, size_.cy); ++y) {
+        for (LONG x = std::max(area.left, 0L); x < std::min(area.right, size_.cx); ++x) {
+          if (::GetPixel(source.Get(), x, y) == colour) {
+            found.push_back(POINT{x, y});
+          }
+        }
+      }
+    }
+  }
+  (void)::ReleaseDC(nullptr, screen);  // a screen DC we took: giving it back cannot usefully fail
+  return found;
 }
 
 bool CBitmapResource::DrawStretched(HDC dc, const RECT& rect) const {

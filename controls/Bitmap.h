@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 namespace lumenor::controls {
 
 class CBitmapResource {
@@ -25,6 +27,10 @@ class CBitmapResource {
 
   // Draws the bitmap with its top left corner at (x, y), at its own size.
   bool Draw(HDC dc, int x, int y) const;
+  // Draws the part `part` of the bitmap with its top left corner at (x, y).
+  bool DrawPart(HDC dc, int x, int y, const RECT& part) const;
+  // The pixels of `area` that have exactly `colour`.
+  std::vector<POINT> PixelsOfColour(COLORREF colour, const RECT& area) const;
   // Draws the bitmap scaled into `rect`.
   bool DrawStretched(HDC dc, const RECT& rect) const;
 

@@ -5,6 +5,9 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace lumenor::controls {
 
 CMyListCtrl::~CMyListCtrl() {
@@ -14,11 +17,18 @@ CMyListCtrl::~CMyListCtrl() {
 }
 
 bool CMyListCtrl::CreateList(HWND parent, int id, const RECT& rect, DWORD extraStyle) {
-  const DWORD style = WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS | LVS_OWNERDRAWFIXED | extraStyle;
+  const DWORD style =
+      WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS | LVS_OWNERDRAWFIXED | LVS_OWNERDATA | extraStyle;
   return Create(WC_LISTVIEWW, L"", style, WS_EX_CLIENTEDGE, rect, parent, id) && SetUp();
 }
 
-bool CMyListCtrl::Attach(HWND dialog, int id) { return SubclassItem(dialog, id) && SetUp(); }
+bool CMyListCtrl::Attach(HWND dialog, int id) {
+  const HWND list = ::GetDlgItem(dialog, id);
+  if (list == nullptr || (::GetWindowLongW(list, GWL_STYLE) & LVS_OWNERDATA) == 0) {
+    return false;
+  }
+  return Subclass(list) && SetUp();
+}
 
 bool CMyListCtrl::SetUp() {
   (void)Send(LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);  // answers the old style
@@ -50,43 +60,71 @@ bool CMyListCtrl::AddColumn(const std::wstring& title, int width) {
   return true;
 }
 
-int CMyListCtrl::AppendRow(const std::vector<std::wstring>& texts, LPARAM tag) {
-  LVITEMW item{};
-  item.mask = LVIF_TEXT | LVIF_PARAM;
-  item.iItem = RowCount();
-  item.pszText = const_cast<wchar_t*>(texts.empty() ? L"" : texts[0].c_str());
-  item.lParam = tag;
-  const int row = static_cast<int>(Send(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-  if (row < 0) {
-    return -1;
+int CMyListCtrl::AppendRow(std::vector<std::wstring> texts, LPARAM tag) {
+  rows_.push_back(ListRow{std::move(texts), tag});
+  return UpdateCount() ? RowCount() - 1 : -1;
+}
+
+bool CMyListCtrl::AppendRows(std::vector<ListRow> rows) {
+  if (rows_.empty()) {
+    rows_ = std::move(rows);
+  } else {
+    rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
   }
-  for (size_t column = 1; column < texts.size(); ++column) {
-    LVITEMW sub{};
-    sub.iSubItem = static_cast<int>(column);
-    sub.pszText = const_cast<wchar_t*>(texts[column].c_str());
-    if (Send(LVM_SETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&sub)) == FALSE) {
-      return -1;
-    }
+  return UpdateCount();
+}
+
+bool CMyListCtrl::DeleteRow(int row) {
+  if (row < 0 || row >= RowCount()) {
+    return false;
   }
-  return row;
+  rows_.erase(rows_.begin() + row);
+  // The rows below move up: every row from here on shows another row now.
+  return UpdateCount() && Invalidate();
+}
+
+bool CMyListCtrl::DeleteAll() {
+  rows_.clear();
+  return UpdateCount() && Invalidate();
+}
+
+bool CMyListCtrl::UpdateCount() const {
+  // Keeps the scroll position and repaints only what the new rows change.
+  return Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(rows_.size()), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL) != FALSE;
 }
 
 std::wstring CMyListCtrl::RowText(int row, int column) const {
-  wchar_t buffer[1024] = {};
-  LVITEMW item{};
-  item.iSubItem = column;
-  item.pszText = buffer;
-  item.cchTextMax = static_cast<int>(std::size(buffer));
-  const auto length =
-      static_cast<size_t>(Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item)));
-  return std::wstring(buffer, length < std::size(buffer) ? length : 0);
+  if (row < 0 || row >= RowCount() || column < 0) {
+    return {};
+  }
+  const std::vector<std::wstring>& texts = rows_[static_cast<size_t>(row)].texts;
+  return static_cast<size_t>(column) < texts.size() ? texts[static_cast<size_t>(column)] : std::wstring();
 }
 
 LPARAM CMyListCtrl::RowTag(int row) const {
+  return row >= 0 && row < RowCount() ? rows_[static_cast<size_t>(row)].tag : 0;
+}
+
+int CMyListCtrl::SelectedRow() const {
+  return static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+}
+
+bool CMyListCtrl::SelectRow(int row) const {
   LVITEMW item{};
-  item.mask = LVIF_PARAM;
-  item.iItem = row;
-  return Send(LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)) != FALSE ? item.lParam : 0;
+  item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+  item.state = LVIS_SELECTED | LVIS_FOCUSED;
+  return Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item)) != FALSE;
+}
+
+void CMyListCtrl::GiveText(NMLVDISPINFOW& request) const {
+  if ((request.item.mask & LVIF_TEXT) == 0 || request.item.pszText == nullptr || request.item.cchTextMax <= 0) {
+    return;
+  }
+  const std::wstring text = RowText(request.item.iItem, request.item.iSubItem);
+  // The list's buffer is bounded; a text longer than it is shown cut, never acted on.
+  const size_t length = std::min(text.size(), static_cast<size_t>(request.item.cchTextMax) - 1);
+  std::copy_n(text.data(), length, request.item.pszText);
+  request.item.pszText[length] = L'\0';
 }
 
 LRESULT CMyListCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -99,6 +137,15 @@ LRESULT CMyListCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 bool CMyListCtrl::OnReflected(UINT message, WPARAM, LPARAM lParam, LRESULT& result) {
+  if (message == WM_NOTIFY) {
+    NMHDR* header = reinterpret_cast<NMHDR*>(lParam);
+    if (header->code != LVN_GETDISPINFOW) {
+      return false;
+    }
+    GiveText(*reinterpret_cast<NMLVDISPINFOW*>(lParam));
+    result = 0;
+    return true;
+  }
   if (message != WM_DRAWITEM) {
     return false;
   }

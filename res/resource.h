@@ -112,3 +112,31 @@
 #define IDS_SHRED_COLUMN_SIZE 4032
 #define IDS_JUNK_COLUMN_TYPE 4040
 #define IDS_JUNK_COLUMN_DESCRIPTION 4041
+
+// Erase progress dialog, shown while an erase runs; as large as its background picture.
+#define IDD_ERASE_PROGRESS 235
+#define IDC_ERASE_CLOSE 1028
+#define IDC_ERASE_CANCEL 1029
+#define IDC_ERASE_TOTAL 1030
+#define IDC_ERASE_DELETED 1031
+#define IDC_ERASE_FAILED 1032
+#define IDC_ERASE_ANIMATION 1033
+#define IDC_ERASE_WARNING 1046
+
+// Privacy scan workflow: status texts of the notification area and the page's messages.
+#define IDS_STATUS_SCANNING 4100
+#define IDS_STATUS_SCAN_ITEMS 4101
+#define IDS_STATUS_SCAN_DONE 4102
+#define IDS_STATUS_SCAN_TOTAL 4103
+#define IDS_STATUS_DELETING 4104
+#define IDS_STATUS_DELETE_ITEMS 4105
+#define IDS_STATUS_DELETE_DONE 4106
+#define IDS_STATUS_DELETE_TOTAL 4107
+#define IDS_SELECT_ALL_CAPTION 4108
+#define IDS_SELECT_ALL_WARNING 4109
+#define IDS_SCAN_SKIPPED 4110
+
+// One-click selection dialog: the item tree is made at run time.
+#define IDD_ONE_CLICK_ITEMS 140
+#define IDC_ONE_CLICK_SELECT_NONE 3
+#define IDC_ONE_CLICK_TREE 10010

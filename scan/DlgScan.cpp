@@ -1,10 +1,15 @@
 #include "scan/DlgScan.h"
 
+#include "app/Settings.h"
 #include "base/ResourceString.h"
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"
+#include "controls/ListFeed.h"
+#include "engine/TraceEngine.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
+#include "scan/DlgScanResult.h"
+#include "scan/ScanState.h"
 
 #include <commctrl.h>
 
@@ -19,10 +24,19 @@ namespace {
 constexpr int kMargin = 10;
 constexpr SIZE kSelectionButton{149, 21};
 constexpr SIZE kActionButton{104, 27};
+constexpr SIZE kScanButtonLater{128, 29};  // the stop look, and the scan look after a first scan
 constexpr int kActionColumnWidth = 128;
 constexpr int kActionStep = 33;     // from one action button's top to the next
 constexpr int kTreeToActions = 26;  // between the tree and the action column
 constexpr int kTreeToResults = 4;
+
+// The tag of a row that tells of a skipped location rather than a trace.
+constexpr LPARAM kSkippedRowTag = 2;
+constexpr LPARAM kRegistryRowTag = 1;
+
+constexpr size_t kScanButtonSlot = 0;
+constexpr size_t kDeleteRowSlot = 1;
+constexpr size_t kEraseSlot = 2;
 
 struct ButtonSpec {
   size_t slot;
@@ -31,11 +45,11 @@ struct ButtonSpec {
 };
 // Scan, delete-row and erase, then select all, none and default.
 constexpr ButtonSpec kActionButtons[] = {
-    {0, IDC_SCAN_START, {IDB_SCAN_NORMAL, IDB_SCAN_HOT, IDB_SCAN_PRESSED, IDB_SCAN_DISABLED}},
-    {1,
+    {kScanButtonSlot, IDC_SCAN_START, {IDB_SCAN_NORMAL, IDB_SCAN_HOT, IDB_SCAN_PRESSED, IDB_SCAN_DISABLED}},
+    {kDeleteRowSlot,
      IDC_SCAN_DELETE_ROW,
      {IDB_DELETE_ROW_NORMAL, IDB_DELETE_ROW_HOT, IDB_DELETE_ROW_PRESSED, IDB_DELETE_ROW_DISABLED}},
-    {2, IDC_SCAN_ERASE, {IDB_ERASE_NORMAL, IDB_ERASE_HOT, IDB_ERASE_PRESSED, IDB_ERASE_DISABLED}},
+    {kEraseSlot, IDC_SCAN_ERASE, {IDB_ERASE_NORMAL, IDB_ERASE_HOT, IDB_ERASE_PRESSED, IDB_ERASE_DISABLED}},
 };
 constexpr ButtonSpec kSelectionButtons[] = {
     {4,
@@ -51,33 +65,93 @@ constexpr ButtonSpec kSelectionButtons[] = {
 
 RECT Sized(int left, int top, SIZE size) { return RECT{left, top, left + size.cx, top + size.cy}; }
 
+INT_PTR RunEraseProgressDialog(HWND owner, int total, std::function<void(EraseTally&)> erase) {
+  CDlgScanResult dialog(total, std::move(erase));
+  return dialog.Run(owner);
+}
+
 }  // namespace
 
-CDlgScan::CDlgScan() : CDialog(IDD_SCAN) {}
+// Runs on the worker: each trace becomes a row, and rows reach the page in batches; the
+// page's tree hears which item is being scanned. Nothing here waits for the page.
+class CDlgScan::PageReports final : public RunReports {
+ public:
+  explicit PageReports(CDlgScan& page)
+      : page_(page), rows_(page.tasks_, page.results_, [&page](const std::vector<controls::ListRow>& rows) {
+          for (const controls::ListRow& row : rows) page.foundCount_ += row.tag == kSkippedRowTag ? 0 : 1;
+          page.tree_.RefreshCounts();
+        }) {}
 
-void CDlgScan::StartOneClickErase() { ++oneClickRequests_; }
+  void StageReached(RunStage stage) override {
+    rows_.HandOver();
+    Post([&page = page_, stage] { page.OnStage(stage); });
+  }
+  void ItemStarted(const CMyObject& item) override {
+    const unsigned id = item.Id();
+    Post([&page = page_, id] { page.tree_.BeginItem(id); });
+  }
+  void ItemFinished(const CMyObject&) override {
+    rows_.HandOver();
+    Post([&page = page_] { page.tree_.EndItem(); });
+  }
+  void TraceFound(const FoundTrace& trace) override {
+    rows_.Add(controls::ListRow{{trace.item->Name(), trace.name, trace.location},
+                                trace.isRegistry ? kRegistryRowTag : LPARAM{0}});
+  }
+  void LocationSkipped(const SkippedLocation& skipped) override {
+    std::wstring text = LoadResourceString(IDS_SCAN_SKIPPED);
+    const size_t slot = text.find(L"%s");
+    if (slot != std::wstring::npos) text.replace(slot, 2, VerdictReason(skipped.reason));
+    rows_.Add(controls::ListRow{{skipped.item->Name(), std::move(text), skipped.location}, kSkippedRowTag});
+  }
+  // The one-click erase runs without the progress dialog: nobody counts its deletions.
+  void Erased(int) override {}
+  void EraseFailed(const std::wstring&) override {}
+
+ private:
+  void Post(controls::UiTaskQueue::Task task) {
+    (void)page_.tasks_.Post(std::move(task));  // refused only once the page's window is gone
+  }
+
+  CDlgScan& page_;
+  controls::ListFeed rows_;
+};
+
+CDlgScan::CDlgScan()
+    : CDialog(IDD_SCAN),
+      settings_(kSettingsFileName),
+      reports_(std::make_unique<PageReports>(*this)),
+      runEraseDialog_(RunEraseProgressDialog) {}
+
+CDlgScan::~CDlgScan() {
+  tasks_.Unbind();
+  if (stop_) {
+    stop_->Request();  // a scan stops after its current item; an erase runs to its end
+  }
+  if (worker_.joinable()) {
+    worker_.join();
+  }
+}
+
+bool CDlgScan::Busy() const { return running_.load() || lumenor::EraseDialogOpen.load() != 0; }
 
 bool CDlgScan::OnInit() {
   (void)animation_.Attach(window_, IDC_SCAN_ANIMATION);
   (void)animation_.Load(IDR_GIF_BUSY);  // without the picture the area stays blank
   animation_.Start();
 
-  tree_ = ::CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
-                            WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
-                                TVS_CHECKBOXES | TVS_FULLROWSELECT,
-                            0, 0, 0, 0, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_SCAN_TREE)),
-                            ::GetModuleHandleW(nullptr), nullptr);
-  if (tree_ != nullptr) {
-    (void)::SendMessageW(tree_, WM_SETFONT, Send(WM_GETFONT), FALSE);
-  }
+  (void)tree_.CreateTree(window_, IDC_SCAN_TREE, RECT{}, reinterpret_cast<HFONT>(Send(WM_GETFONT)));
   (void)results_.CreateList(window_, IDC_SCAN_RESULTS, RECT{});
   (void)results_.AddColumn(LoadResourceString(IDS_SCAN_COLUMN_NAME), 200);
   (void)results_.AddColumn(LoadResourceString(IDS_SCAN_COLUMN_VALUE), 100);
   (void)results_.AddColumn(LoadResourceString(IDS_SCAN_COLUMN_ITEM), 240);
   MakeButtons();
   FillTree();
+  selection_.RestoreScanSelection(settings_);
+  tree_.RefreshChecks();
   LayOut();
   animation_.Stop();
+  tasks_.Bind(window_);
   return true;
 }
 
@@ -95,26 +169,10 @@ void CDlgScan::MakeButtons() {
 }
 
 void CDlgScan::FillTree() {
-  if (tree_ == nullptr) {
-    return;
-  }
-  HTREEITEM parents[3] = {TVI_ROOT, TVI_ROOT, TVI_ROOT};
-  ForEachNode(CatalogueRoot(), [&](CMyObject& node) {
-    const int level = node.Level();
-    if (level < 0 || level > 2) {
-      return;
-    }
-    TVINSERTSTRUCTW insert{};
-    insert.hParent = parents[level];
-    insert.hInsertAfter = TVI_LAST;
-    insert.item.mask = TVIF_TEXT;
-    insert.item.pszText = const_cast<wchar_t*>(node.Name().c_str());
-    auto* inserted =
-        reinterpret_cast<HTREEITEM>(::SendMessageW(tree_, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
-    if (level < 2) {
-      parents[level + 1] = inserted != nullptr ? inserted : TVI_ROOT;
-    }
-  });
+  selection_ = ItemSelection::FromCatalogue(CatalogueRoot());
+  std::vector<const CMyObject*> nodes;
+  ForEachNode(CatalogueRoot(), [&](const CMyObject& node) { nodes.push_back(&node); });
+  tree_.Fill(selection_, std::move(nodes));
 }
 
 void CDlgScan::LayOut() {
@@ -132,14 +190,207 @@ void CDlgScan::LayOut() {
   }
   const RECT tree{client.left + kMargin, client.top + kMargin + kSelectionButton.cy, actionLeft - kTreeToActions,
                   client.bottom / 2};
-  if (tree_ != nullptr) {
-    (void)::MoveWindow(tree_, tree.left, tree.top, controls::Width(tree), controls::Height(tree), TRUE);
-  }
+  (void)tree_.Move(tree);
   (void)results_.Move(
       RECT{client.left + kMargin, tree.bottom + kTreeToResults, client.right - kMargin, client.bottom - kMargin});
   // Where a fourth action button would go, in what is left beside the tree; the picture
   // is drawn centred in it.
   (void)animation_.Move(RECT{tree.right + kMargin, actionTop, client.right - kMargin, tree.bottom});
+}
+
+void CDlgScan::ShowScanLook(bool running) {
+  controls::CNButtonEx& scan = buttons_[kScanButtonSlot];
+  if (running) {
+    scan.SetPictures(IDB_STOP_NORMAL, IDB_STOP_PRESSED, IDB_STOP_PRESSED, IDB_STOP_PRESSED);
+  } else {
+    scan.SetPictures(IDB_SCAN_NORMAL, IDB_SCAN_HOT, IDB_SCAN_PRESSED, IDB_SCAN_DISABLED);
+  }
+  // The page first shows the scan look at its own size; from the first scan on, both
+  // looks are shown at the stop look's size.
+  (void)scan.SetSize(kScanButtonLater.cx, kScanButtonLater.cy);
+  (void)scan.Invalidate();
+}
+
+void CDlgScan::EnableActions(bool enable) {
+  buttons_[kDeleteRowSlot].Enable(enable);
+  buttons_[kEraseSlot].Enable(enable);
+}
+
+void CDlgScan::EmptyResults() {
+  (void)results_.DeleteAll();  // a list that is gone has nothing to show
+  foundCount_ = 0;
+}
+
+void CDlgScan::BeginScanLook() {
+  ScanBusy = 1;
+  ScanRunning = 1;
+  ShowScanLook(true);
+  EnableActions(false);
+  EmptyResults();
+  scanned_.clear();
+  tree_.ResetScanStates();
+  animation_.Start();
+}
+
+void CDlgScan::OnStage(RunStage stage) {
+  const auto status = [this](bool started, unsigned text, unsigned caption) {
+    if (statusSink_) statusSink_(started, LoadResourceString(text), LoadResourceString(caption));
+  };
+  switch (stage) {
+    case RunStage::kScanStarted:
+      status(true, IDS_STATUS_SCANNING, IDS_STATUS_SCAN_ITEMS);
+      break;
+    case RunStage::kScanFinished:
+      ShowScanLook(false);
+      EnableActions(true);
+      animation_.Stop();
+      ScanBusy = 0;
+      ScanRunning = 0;
+      status(false, IDS_STATUS_SCAN_DONE, IDS_STATUS_SCAN_TOTAL);
+      break;
+    case RunStage::kEraseStarted:
+      status(true, IDS_STATUS_DELETING, IDS_STATUS_DELETE_ITEMS);
+      break;
+    case RunStage::kEraseFinished:
+      tree_.ResetScanStates();
+      EmptyResults();
+      scanned_.clear();
+      status(false, IDS_STATUS_DELETE_DONE, IDS_STATUS_DELETE_TOTAL);
+      break;
+  }
+}
+
+void CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run) {
+  if (worker_.joinable()) {
+    worker_.join();  // the last one has ended: nothing could start while it ran
+  }
+  // Every run has a stop signal of its own, so a stop meant for an earlier one is never
+  // taken for a stop of this one.
+  stop_ = std::make_shared<StopSignal>();
+  running_ = true;
+  worker_ = std::thread([this, stop = stop_, run = std::move(run)] {
+    run(*reports_, StopToken(stop.get()));
+    (void)tasks_.Post([this] { running_ = false; });  // refused once the page is gone
+  });
+}
+
+void CDlgScan::StartScan() {
+  if (ScanBusy != 0) {
+    if (stop_) {
+      stop_->Request();
+    }
+    return;
+  }
+  if (running_) {
+    return;  // a one-click erase is still erasing
+  }
+  BeginScanLook();
+  const std::vector<unsigned> ids = selection_.TickedItems();
+  StartWorker([this, ids](PageReports& reports, const StopToken& stop) {
+    const FolderGuard guard(MachinePaths());
+    std::vector<CMyObject*> scanned = ScanTickedItems(CatalogueRoot(), ids, &settings_, reports, stop, guard);
+    (void)tasks_.Post([this, scanned = std::move(scanned)] { scanned_ = scanned; });  // the page went: no erase
+  });
+}
+
+bool CDlgScan::StartOneClickErase() {
+  if (Busy()) {
+    return false;
+  }
+  ++oneClickRequests_;
+  TickOneClickList(selection_, settings_);
+  tree_.RefreshChecks();
+  BeginScanLook();
+  const std::vector<unsigned> ids = selection_.TickedItems();
+  StartWorker([this, ids](PageReports& reports, const StopToken& stop) {
+    const FolderGuard guard(MachinePaths());
+    RunOneClickErase(CatalogueRoot(), ids, &settings_, reports, stop, guard);
+  });
+  return true;
+}
+
+void CDlgScan::Erase() {
+  if (scanned_.empty() || foundCount_ < 1 || Busy()) {
+    return;
+  }
+  EraseDialogOpen = 1;
+  const std::vector<CMyObject*> items = scanned_;
+  const INT_PTR result = runEraseDialog_(window_, foundCount_, [items](EraseTally& tally) {
+    const FolderGuard guard(MachinePaths());
+    EraseFoundItems(items, tally, guard);
+  });
+  EraseDialogOpen = 0;
+  // Only the dialog's hidden Cancel button ends it so; a dialog that could not be shown
+  // (-1) never restarts the machine.
+  if (result != IDOK && result != -1) {
+    restart_();
+  }
+  ResetFoundCounts(CatalogueRoot());
+  tree_.ResetScanStates();
+  EmptyResults();
+  scanned_.clear();
+}
+
+void CDlgScan::DeleteSelectedRow() {
+  const int row = results_.SelectedRow();
+  if (row < 0) {
+    return;
+  }
+  const LPARAM tag = results_.RowTag(row);
+  if (tag == kSkippedRowTag) {
+    (void)results_.DeleteRow(row);  // a note, not a trace: nothing to delete behind it
+    return;
+  }
+  if (!RemoveListedTrace(results_.RowText(row, 1), results_.RowText(row, 2), tag == kRegistryRowTag)) {
+    return;  // the file is still there: so is its row
+  }
+  if (results_.DeleteRow(row)) {
+    --foundCount_;
+  }
+}
+
+void CDlgScan::SelectAll() {
+  const auto ask = [this] {
+    if (confirmSelectAll_) return confirmSelectAll_();
+    return ::MessageBoxW(window_, LoadResourceString(IDS_SELECT_ALL_WARNING).c_str(),
+                         LoadResourceString(IDS_SELECT_ALL_CAPTION).c_str(), MB_YESNO | MB_ICONEXCLAMATION) != IDNO;
+  };
+  selection_.SelectAll(ScanBusy != 0, ask);
+}
+
+void CDlgScan::WaitForWorker() {
+  if (worker_.joinable()) {
+    worker_.join();
+  }
+  tasks_.RunPending();
+}
+
+bool CDlgScan::OnCommand(int id, int code, HWND control) {
+  switch (id) {
+    case IDC_SCAN_START:
+      StartScan();
+      return true;
+    case IDC_SCAN_DELETE_ROW:
+      DeleteSelectedRow();
+      return true;
+    case IDC_SCAN_ERASE:
+      Erase();
+      return true;
+    case IDC_SCAN_SELECT_ALL:
+      SelectAll();
+      tree_.RefreshChecks();
+      return true;
+    case IDC_SCAN_SELECT_NONE:
+      selection_.SelectNone(ScanBusy != 0);
+      tree_.RefreshChecks();
+      return true;
+    case IDC_SCAN_SELECT_DEFAULT:
+      selection_.SelectDefault(ScanBusy != 0, settings_);
+      tree_.RefreshChecks();
+      return true;
+    default:
+      return CDialog::OnCommand(id, code, control);
+  }
 }
 
 bool CDlgScan::OnEraseBackground(HDC dc) {
@@ -148,6 +399,14 @@ bool CDlgScan::OnEraseBackground(HDC dc) {
 }
 
 bool CDlgScan::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  if (message == controls::kRunUiTasksMessage) {
+    tasks_.RunPending();
+    result = 0;
+    return true;
+  }
+  if (message == WM_DESTROY) {
+    tasks_.Unbind();
+  }
   if (message == WM_CTLCOLORDLG || (message == WM_CTLCOLORSTATIC && reinterpret_cast<HWND>(lParam) == window_)) {
     (void)::SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
     result = reinterpret_cast<LRESULT>(::GetStockObject(NULL_BRUSH));

@@ -1,46 +1,118 @@
-// The privacy scan page: the catalogue as a tree, the selection and action buttons, the
-// list of traces found and the busy animation. The main window starts its one-click
-// erase and reads how many items it has done.
+// The privacy scan page: the catalogue as a tree with tick boxes, the selection and action
+// buttons, the list of traces found and the busy animation. Scans and erases run on a
+// worker of the page; what the worker finds reaches the page in batches through the
+// page's task queue, so the page stays responsive and the worker never waits for it. The
+// main window starts the page's one-click erase and shows the stages in the notification
+// area.
 #pragma once
 
+#include "app/IniFileRW.h"
 #include "controls/Dialog.h"
 #include "controls/GifPicture.h"
 #include "controls/MyListCtrl.h"
 #include "controls/NButtonEx.h"
+#include "controls/UiTasks.h"
+#include "engine/FolderSafety.h"
+#include "scan/ItemSelection.h"
+#include "scan/MyTreeCtrl.h"
+#include "scan/PrivacyRun.h"
+#include "scan/Restart.h"
 
 #include <array>
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
 
 namespace lumenor {
 
 class CDlgScan : public controls::CDialog {
  public:
-  CDlgScan();
+  // A stage of a run as the notification area shows it: started or stopped, with the
+  // status text and the counter's caption.
+  using StatusSink = std::function<void(bool started, const std::wstring& status, const std::wstring& caption)>;
+  // Asks the select-all question; true unless the answer is No.
+  using Confirmation = std::function<bool()>;
+  // Runs the erase progress dialog over an erase; answers how it ended.
+  using EraseDialogRunner = std::function<INT_PTR(HWND owner, int total, std::function<void(EraseTally&)> erase)>;
 
-  // Scans and erases the one-click selection without the progress dialog. The main
-  // window calls it from its menu (not during a scan) and from the scheduler.
-  void StartOneClickErase();
-  // How many one-click erases were asked for since the page was made.
+  CDlgScan();
+  ~CDlgScan() override;
+
+  // Ticks the one-click selection and scans and erases it without the progress dialog.
+  // Refused (false) while a scan or erase of the page runs.
+  bool StartOneClickErase();
   int OneClickRequests() const { return oneClickRequests_; }
-  // Items done so far in the running scan or erase (shown in the tray balloon).
-  int ItemsDone() const { return itemsDone_; }
+  // Traces found by the running or last scan, less the rows deleted by hand.
+  int ItemsDone() const { return foundCount_; }
+  // Whether a scan, an erase or a one-click erase of the page is under way.
+  bool Busy() const;
+
+  void SetStatusSink(StatusSink sink) { statusSink_ = std::move(sink); }
+  void SetSelectAllConfirmation(Confirmation confirm) { confirmSelectAll_ = std::move(confirm); }
+  void SetRestart(RestartMachine restart) { restart_ = std::move(restart); }
+  void SetEraseDialogRunner(EraseDialogRunner runner) { runEraseDialog_ = std::move(runner); }
+  // The settings file the page reads and writes; "setting.ini" beside the program unless
+  // a test gives another.
+  void SetSettingsFile(const CIniFileRW& settings) { settings_ = settings; }
+
+  // The page's parts, for the main window and the tests.
+  ItemSelection& Selection() { return selection_; }
+  CMyTreeCtrl& Tree() { return tree_; }
+  controls::CMyListCtrl& Results() { return results_; }
+  const std::vector<CMyObject*>& ScannedItems() const { return scanned_; }
+  // Waits until the running worker has ended and its results are shown; for tests and
+  // the program's end.
+  void WaitForWorker();
 
  protected:
   bool OnInit() override;
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  bool OnCommand(int id, int code, HWND control) override;
   bool OnEraseBackground(HDC dc) override;
 
  private:
+  class PageReports;
+
   void MakeButtons();
   void FillTree();
   void LayOut();
+  void StartScan();
+  void Erase();
+  void DeleteSelectedRow();
+  void SelectAll();
+  void ShowScanLook(bool running);
+  void EnableActions(bool enable);
+  // Common to a scan and a one-click erase: a fresh stop signal and the worker.
+  void StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run);
+  void BeginScanLook();
+  void OnStage(RunStage stage);
+  void EmptyResults();
 
+  CIniFileRW settings_;
   controls::CMyGifPicture animation_;
   controls::CMyListCtrl results_;
-  HWND tree_ = nullptr;
+  CMyTreeCtrl tree_;
+  ItemSelection selection_;
   // Seven slots as the page has always had; the fourth is never made.
   std::array<controls::CNButtonEx, 7> buttons_;
+
+  controls::UiTaskQueue tasks_;
+  std::unique_ptr<PageReports> reports_;
+  std::thread worker_;
+  std::atomic<bool> running_{false};
+  std::shared_ptr<StopSignal> stop_;  // the running worker's, fresh for each run
+  std::vector<CMyObject*> scanned_;
+  int foundCount_ = 0;
   int oneClickRequests_ = 0;
-  int itemsDone_ = 0;
+
+  StatusSink statusSink_;
+  Confirmation confirmSelectAll_;
+  RestartMachine restart_ = RestartWindowsNow;
+  EraseDialogRunner runEraseDialog_;
 };
 
 }  // namespace lumenor

@@ -5,8 +5,9 @@
 #             with the cursor inside the window, so that it shows within it);
 #   144dpi-*  the main pages again, in a prefix of their own set to 144 dots per inch,
 #             where dialog units are half as large again;
-#   styled-*  the main pages again at 96, in a prefix of their own with Wine's "Light"
-#             visual style on, as the common controls draw them on Windows.
+#   styled-*  the main pages and the scan workflow again at 96, in a prefix of their own
+#             with Wine's "Light" visual style on, as the common controls draw them on
+#             Windows.
 #   tools/screenshots.sh [x86_64]        (build first: scripts/build.sh x86_64)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -20,7 +21,7 @@ if ! command -v import >/dev/null || ! command -v Xvfb >/dev/null; then
   [ "$(id -u)" -ne 0 ] && sudo_cmd="sudo"
   $sudo_cmd apt-get install -y -q --no-install-recommends imagemagick xvfb >/dev/null
 fi
-[ -x "$build/bin/lumenor.exe" ] && [ -x "$build/bin/lumenor-driver.exe" ] ||
+[ -x "$build/bin/lumenor.exe" ] && [ -x "$build/bin/lumenor-driver.exe" ] && [ -x "$build/bin/lumenor-demo-seed.exe" ] ||
   { echo "screenshots: build first (scripts/build.sh $arch)" >&2; exit 1; }
 
 mkdir -p "$out"
@@ -68,6 +69,33 @@ use_light_style() {
   WINEPREFIX="$prefix" wineserver --wait || true
 }
 
+# The privacy scan as a user goes through it, on traces seeded in the prefix (and enough
+# temporary files for the scan to be seen under way): the default selection scanned, the
+# page mid-scan and with its results, the erase dialog at its end, the one-click dialog.
+seed_traces() {
+  "$runner" "$prefix" "$build/bin/lumenor-demo-seed.exe" >/dev/null
+  local temp
+  for temp in "$prefix"/drive_c/users/*/Temp; do
+    mkdir -p "$temp/screenshot-bulk"
+    (cd "$temp/screenshot-bulk" && for dir in $(seq 1 40); do
+      mkdir -p "d$dir" && (cd "d$dir" && touch $(seq -f "f%g.tmp" 1 500))
+    done)
+  done
+}
+scan_workflow() {
+  local name=$1
+  drive page-command:10000:15102 sleep:300 page-command:10000:15001 sleep:700
+  shot "$name-01b-scan-running" "$(drive geometry | tr -d '\r')"
+  drive sleep:6000
+  shot "$name-01c-scan-results" "$(drive geometry | tr -d '\r')"
+  drive page-command:10000:15003 sleep:4000
+  shot "$name-01d-erase-dialog" "$(drive dialog-geometry:1028 | tr -d '\r')"
+  drive dialog-command:1028:1028 sleep:500
+  drive command:20002 sleep:400 page-command:1044:1044 sleep:1200
+  shot "$name-01e-one-click-dialog" "$(drive dialog-geometry:10010 | tr -d '\r')"
+  drive dialog-command:10010:2 sleep:300 command:20000 sleep:300
+}
+
 # One run of the program in prefix $1 at $2 dots per inch; with "all", also the splash,
 # the help page and the menu.
 session() {
@@ -78,6 +106,9 @@ session() {
   if [ "$what" = styled ]; then use_light_style; fi
   # A fresh settings file each time, so the window opens as on a first start.
   rm -f "$prefix/drive_c/lumenor/setting.ini"
+  if [ "$what" != pages ]; then
+    seed_traces
+  fi
   "$runner" "$prefix" "$build/bin/lumenor.exe" &
   app_pid=$!
   if [ "$what" = all ]; then
@@ -88,6 +119,9 @@ session() {
   local name=${dpi}dpi
   if [ "$what" = styled ]; then name=styled; fi
   shot "$name-01-scan" "$(drive geometry | tr -d '\r')"
+  if [ "$what" != pages ]; then
+    scan_workflow "$name"
+  fi
   page "$name-02-junk" 20001
   page "$name-03-shredder" 20003
   page "$name-04-settings" 20002

@@ -19,12 +19,8 @@ namespace lumenor {
 namespace {
 
 using testing::ProgramResult;
+using testing::CliProgram;
 using testing::RunProgram;
-
-const std::wstring& CliProgram() {
-  static const std::wstring program = testing::ProgramBesideTest(L"lumenor-cli.exe");
-  return program;
-}
 
 std::wstring ShellFolder(int csidl) { return MachinePaths().ShellFolder(csidl).value_or(L""); }
 

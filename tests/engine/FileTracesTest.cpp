@@ -90,15 +90,14 @@ TEST(FileScanSpecialNames, LookOnlyForThatFileAndEnterNoSubFolder) {
 }
 
 TEST_F(FileLocation, ScanStopsAfterTheEntryBeingHandled) {
-  std::atomic<HANDLE> stopEvent{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  StopSignal stop;
   int reported = 0;
-  ScanFileLocation(*testing::Admitted(root_.Path()), L"*.*", kMatchEveryFile, StopToken(&stopEvent),
+  ScanFileLocation(*testing::Admitted(root_.Path()), L"*.*", kMatchEveryFile, StopToken(&stop),
                    [&](std::wstring_view, std::wstring_view) {
                      ++reported;
-                     SetEvent(stopEvent.load());
+                     stop.Request();
                    });
   EXPECT_EQ(reported, 1);
-  CloseHandle(stopEvent.load());
 }
 
 TEST_F(FileLocation, EraseDeletesByPatternAndRemovesEmptiedFolders) {

@@ -68,18 +68,16 @@ TEST(RegistryScan, StopsAfterTheEntryBeingHandled) {
   TestKey key;
   for (int i = 0; i < 20; ++i) key.SetText(L"S" + std::to_wstring(i), L"v", L"x");
   for (int i = 0; i < 20; ++i) key.SetText(L"", L"v" + std::to_wstring(i), L"x");
-  std::atomic<HANDLE> stopEvent{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  StopSignal stop;
   int reported = 0;
-  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stopEvent),
-                       [&](std::wstring_view, std::wstring_view) {
-                         if (++reported == 3) SetEvent(stopEvent.load());
-                       });
+  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stop), [&](std::wstring_view, std::wstring_view) {
+    if (++reported == 3) stop.Request();
+  });
   EXPECT_EQ(reported, 3);
-  CloseHandle(stopEvent.load());
 
-  // An event that does not exist yet counts as not signalled.
-  std::atomic<HANDLE> notYetMade{nullptr};
-  EXPECT_EQ(Scan(key, L"*.*", StopToken(&notYetMade)).size(), 40u);
+  // A fresh signal, set by nobody, stops nothing.
+  const StopSignal fresh;
+  EXPECT_EQ(Scan(key, L"*.*", StopToken(&fresh)).size(), 40u);
 }
 
 TEST(RegistryErase, WholeKeyGoesWithEverythingBelowAndCountsItsValues) {

@@ -103,15 +103,14 @@ TEST_F(SeededItems, AScanListsEveryTraceCountsItUpTheTreeAndSavesTheRecentList) 
 }
 
 TEST_F(SeededItems, AStopEndsTheRunAfterTheItemBeingScannedAndNothingLaterIsErased) {
-  std::atomic<HANDLE> stopEvent{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+  StopSignal stop;
   RecordingReports reports;
   reports.onItemStarted = [&](const CMyObject& item) {
-    if (item.Id() == kRunMru) SetEvent(stopEvent.load());
+    if (item.Id() == kRunMru) stop.Request();
   };
   const std::vector<CMyObject*> scanned =
       ScanTickedItems(catalogue_.Root(), {kItemTemporaryFiles, kRunMru, kPaintRecentFiles}, &settings_, reports,
-                      StopToken(&stopEvent), testing::MachineGuard());
-  CloseHandle(stopEvent.load());
+                      StopToken(&stop), testing::MachineGuard());
   ASSERT_EQ(scanned.size(), 2u);
   EXPECT_EQ(scanned.back()->Id(), kRunMru);
   EXPECT_EQ(ReadSelection(settings_, Selection::kRecent).size(), 3u) << "the whole selection was saved at the start";

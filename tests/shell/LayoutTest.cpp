@@ -4,10 +4,14 @@
 // columns. CTest runs this program twice, at 96 dots per inch and, in a Wine prefix of
 // its own, at 144, where dialog units are half as large again as pictures' pixels.
 #include "app/DlgWelcome.h"
+#include "catalogue/Catalogue.h"
+#include "catalogue/DlgOptionsChoose.h"
 #include "controls/Layout.h"
 #include "controls/NButtonEx.h"
 #include "res/resource.h"
+#include "scan/DlgScanResult.h"
 #include "tests/shell/ShellTestSupport.h"
+#include "tests/support/TempFolder.h"
 
 #include <commctrl.h>
 #include <gtest/gtest.h>
@@ -264,18 +268,13 @@ TEST_F(Layout, ListsShowOnlyTheirOwnColumnsBeforeAndAfterTheyScroll) {
       EXPECT_EQ(GetWindowLongW(list, GWL_STYLE) & WS_HSCROLL, 0) << when << ": nothing to scroll sideways";
     };
     expectColumns("empty");
-    // Enough rows for a vertical scroll bar, which narrows what the columns may take.
-    for (int row = 0; row < 60; ++row) {
-      LVITEMW item{};
-      item.mask = LVIF_TEXT;
-      item.iItem = row;
-      item.pszText = const_cast<wchar_t*>(L"row");
-      ASSERT_GE(SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)), 0);
-    }
+    // Enough rows for a vertical scroll bar, which narrows what the columns may take. The
+    // lists are virtual: the count is all the list view keeps.
+    ASSERT_NE(SendMessageW(list, LVM_SETITEMCOUNT, 60, 0), 0);
     Pump();
     ASSERT_NE(GetWindowLongW(list, GWL_STYLE) & WS_VSCROLL, 0);
     expectColumns("full");
-    ASSERT_TRUE(SendMessageW(list, LVM_DELETEALLITEMS, 0, 0));
+    ASSERT_NE(SendMessageW(list, LVM_SETITEMCOUNT, 0, 0), 0);
     Pump();
     expectColumns("emptied again");
   }
@@ -298,6 +297,46 @@ TEST(SplashLayout, SplashIsItsPictureWithTheButtonInsideIt) {
     const RECT rect = RectIn(button, splash.Handle());
     EXPECT_TRUE(Inside(rect, client)) << "OK at " << Describe(rect) << " in " << Describe(client);
   }
+}
+
+// The dialogs the pages open: every control whole inside, none on another.
+TEST(DialogLayout, EraseDialogIsItsPictureAndHoldsItsControlsWhole) {
+  CDlgScanResult dialog(3, [](EraseTally& tally) { tally.Erased(3); });
+  ASSERT_TRUE(dialog.Create(nullptr));
+  dialog.Show(SW_SHOW);
+  for (int waited = 0; !dialog.CloseShown() && waited < 5000; waited += 20) {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+    Sleep(20);
+  }
+  ASSERT_TRUE(dialog.CloseShown());
+  const RECT client = dialog.ClientRect();
+  EXPECT_EQ(client.right, 429);
+  EXPECT_EQ(client.bottom, 302);
+  const std::vector<Child> children = VisibleChildren(dialog.Handle());
+  for (const Child& child : children) {
+    EXPECT_TRUE(Inside(child.rect, client)) << Describe(child);
+  }
+  ExpectNoOverlaps(children);
+}
+
+TEST(DialogLayout, OneClickDialogKeepsItsTreeAboveItsButtons) {
+  BuildCatalogue();
+  {
+    testing::TempFolder folder;
+    CDlgOptionsChoose dialog(CIniFileRW::AtPath(folder / L"setting.ini"));
+    ASSERT_TRUE(dialog.Create(nullptr));
+    dialog.Show(SW_SHOW);
+    const RECT client = dialog.ClientRect();
+    const std::vector<Child> children = VisibleChildren(dialog.Handle());
+    EXPECT_EQ(children.size(), 4u) << "the tree and three buttons";
+    for (const Child& child : children) {
+      EXPECT_GT(Width(child.rect), 0) << Describe(child);
+      EXPECT_TRUE(Inside(child.rect, client)) << Describe(child);
+    }
+    ExpectNoOverlaps(children);
+  }
+  FreeCatalogue();
 }
 
 }  // namespace

@@ -231,12 +231,16 @@ TEST_F(MainWindowTest, IconClicksAreIgnoredWhileAnyWorkRuns) {
 
 TEST_F(MainWindowTest, OneClickEraseIsRefusedDuringAScan) {
   Open();
+  testing::TempFolder folder;
+  ASSERT_TRUE(testing::WriteFileBytes(folder / L"setting.ini", "[OneClickItem]\r\nOneClickItems=0\r\n"));
+  Window().ScanPage().SetSettingsFile(CIniFileRW::AtPath(folder / L"setting.ini"));  // an erase of nothing
   ScanBusy = 1;
   Command(20006);
   EXPECT_EQ(Window().ScanPage().OneClickRequests(), 0);
   ScanBusy = 0;
   Command(20006);
   EXPECT_EQ(Window().ScanPage().OneClickRequests(), 1);
+  Window().ScanPage().WaitForWorker();
 }
 
 TEST_F(MainWindowTest, IconAnimatesThroughFourFramesAndShowsTheBalloonWhenHidden) {

@@ -1,7 +1,9 @@
 // The scheduled scan: the 60-second tick against an injected local time.
 #include "app/DlgOptions.h"
+#include "junk/JunkState.h"
 #include "scan/ScanState.h"
 #include "tests/shell/ShellTestSupport.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -32,14 +34,25 @@ OptionValues Schedule(int every, int day, int hour, int minute, int pm) {
 
 class SchedulerTick : public MainWindowTest {
  protected:
-  // Ticks once at `time` and answers how many one-click erases it started.
+  // Ticks once at `time` and answers how many one-click erases it started. The page's
+  // one-click list is empty here, so a started erase erases nothing.
   int TickAt(const OptionValues& options, const SYSTEMTIME& time) {
     Options = options;
     now_ = time;
-    const int before = Window().ScanPage().OneClickRequests();
+    CDlgScan& page = Window().ScanPage();
+    page.SetSettingsFile(oneClickList_);
+    const int before = page.OneClickRequests();
     SendMessageW(Main(), WM_TIMER, CPcDlg::kSchedulerTimer, 0);
-    return Window().ScanPage().OneClickRequests() - before;
+    page.WaitForWorker();
+    return page.OneClickRequests() - before;
   }
+  void SetUp() override {
+    MainWindowTest::SetUp();
+    ASSERT_TRUE(testing::WriteFileBytes(folder_ / L"setting.ini", "[OneClickItem]\r\nOneClickItems=0\r\n"));
+  }
+
+  testing::TempFolder folder_;
+  CIniFileRW oneClickList_ = CIniFileRW::AtPath(folder_ / L"setting.ini");
 };
 
 TEST_F(SchedulerTick, EveryDayAtNineThirtyEightInTheMorning) {
@@ -84,16 +97,32 @@ TEST_F(SchedulerTick, NothingFiresWhenSwitchedOffOrSuspended) {
   EXPECT_EQ(TickAt(Schedule(2, 0, 9, 38, 0), At(14, 9, 38)), 1) << "any \"every\" but 0 counts as on";
 }
 
-TEST_F(SchedulerTick, FiringShowsTheBalloonAndRunsEvenDuringAScan) {
+TEST_F(SchedulerTick, ATickIsSkippedWhileAnEraseOrAJunkSearchRuns) {
   Open();
-  ScanBusy = 1;
-  EXPECT_EQ(TickAt(Schedule(1, 0, 9, 38, 0), At(14, 9, 38)), 1) << "the scheduler does not test for a scan";
+  const OptionValues daily = Schedule(1, 0, 9, 38, 0);
+  EraseDialogOpen = 1;
+  EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 0) << "two workers would tangle the list of items";
+  EraseDialogOpen = 0;
+  JunkSearchRunning = 1;
+  EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 0);
+  JunkSearchRunning = 0;
+  EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 1);
+}
+
+TEST_F(SchedulerTick, FiringShowsTheBalloonBeforeTheErasesStagesTakeOver) {
+  Open();
+  Options = Schedule(1, 0, 9, 38, 0);
+  now_ = At(14, 9, 38);
+  Window().ScanPage().SetSettingsFile(oneClickList_);
+  SendMessageW(Main(), WM_TIMER, CPcDlg::kSchedulerTimer, 0);
   const NOTIFYICONDATAW& icon = Window().TrayRecord();
   EXPECT_EQ(icon.uFlags, 16u);
   EXPECT_EQ(icon.uTimeout, 2000u);
   EXPECT_EQ(icon.dwInfoFlags, static_cast<DWORD>(NIIF_INFO));
   EXPECT_STREQ(icon.szInfoTitle, L"Auto Scan");
   EXPECT_STREQ(icon.szInfo, L"正在执行自动扫描程序");
+  Window().ScanPage().WaitForWorker();
+  EXPECT_EQ(Window().TrayTitle(), L"Lumenor") << "the erase ended and the icon is the main one again";
 }
 
 }  // namespace

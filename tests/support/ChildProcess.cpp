@@ -151,4 +151,9 @@ bool RunningProgram::HasVisibleWindow() const {
   return false;
 }
 
+const std::wstring& CliProgram() {
+  static const std::wstring program = ProgramBesideTest(L"lumenor-cli.exe");
+  return program;
+}
+
 }  // namespace lumenor::testing

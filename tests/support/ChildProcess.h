@@ -10,6 +10,8 @@ namespace lumenor::testing {
 
 // Full path of `name` in the test executable's folder.
 std::wstring ProgramBesideTest(std::wstring_view name);
+// lumenor-cli.exe beside the test executable.
+const std::wstring& CliProgram();
 
 struct ProgramResult {
   bool finished = false;  // false: it could not be started, or did not end in time

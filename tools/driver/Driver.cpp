@@ -8,6 +8,9 @@
 //   info            print the main window's place and size
 //   geometry        print the main window's place and size as WIDTHxHEIGHT+X+Y
 //   splash-geometry the same for the splash
+//   page-command:ID:N        send command N to the main window's page that holds control ID
+//   dialog-geometry:ID       print the place and size of the dialog that shows control ID
+//   dialog-command:ID:N      send command N to the dialog that shows control ID
 #include "app/ShellMessages.h"
 
 #include <windows.h>
@@ -60,6 +63,46 @@ bool PrintGeometry(HWND window) {
     return false;
   }
   std::printf("%ldx%ld+%ld+%ld\n", rect.right - rect.left, rect.bottom - rect.top, rect.left, rect.top);
+  return true;
+}
+
+// The first window below `parent` (itself included) that holds a visible control `id`.
+struct ControlSearch {
+  int id;
+  HWND found;
+};
+
+BOOL CALLBACK FindHolderProc(HWND window, LPARAM parameter) {
+  auto* search = reinterpret_cast<ControlSearch*>(parameter);
+  HWND control = GetDlgItem(window, search->id);
+  if (control != nullptr && IsWindowVisible(control) != FALSE && IsWindowVisible(window) != FALSE) {
+    search->found = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+HWND FindPageHolding(HWND main, int id) {
+  ControlSearch search{id, nullptr};
+  if (main != nullptr) (void)EnumChildWindows(main, FindHolderProc, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+HWND FindDialogHolding(int id) {
+  ControlSearch search{id, nullptr};
+  for (int waited = 0; search.found == nullptr && waited < 10000; waited += 100) {
+    (void)EnumWindows(FindHolderProc, reinterpret_cast<LPARAM>(&search));
+    if (search.found == nullptr) Sleep(100);
+  }
+  return search.found;
+}
+
+// "ID:N" into its two numbers.
+bool TwoNumbers(const wchar_t* text, int& first, int& second) {
+  wchar_t* end = nullptr;
+  first = static_cast<int>(std::wcstol(text, &end, 10));
+  if (end == nullptr || *end != L':') return false;
+  second = static_cast<int>(std::wcstol(end + 1, nullptr, 10));
   return true;
 }
 
@@ -118,6 +161,20 @@ int wmain(int argc, wchar_t** argv) {
       }
     } else if (step == L"geometry" || step == L"splash-geometry") {
       if (!PrintGeometry(step == L"geometry" ? main : FindSplash())) {
+        return 1;
+      }
+    } else if (step.rfind(L"page-command:", 0) == 0 || step.rfind(L"dialog-command:", 0) == 0) {
+      const bool page = step[0] == L'p';
+      int id = 0;
+      int command = 0;
+      if (!TwoNumbers(step.c_str() + (page ? 13 : 15), id, command)) return 2;
+      const HWND target = page ? FindPageHolding(main, id) : FindDialogHolding(id);
+      if (target == nullptr || PostMessageW(target, WM_COMMAND, static_cast<WPARAM>(command), 0) == FALSE) {
+        std::fprintf(stderr, "driver: cannot send %ls\n", step.c_str());
+        return 1;
+      }
+    } else if (step.rfind(L"dialog-geometry:", 0) == 0) {
+      if (!PrintGeometry(FindDialogHolding(static_cast<int>(std::wcstol(step.c_str() + 16, nullptr, 10))))) {
         return 1;
       }
     } else if (step == L"escape") {

@@ -1,0 +1,57 @@
+#include "controls/UiTasks.h"
+
+#include <utility>
+
+namespace lumenor::controls {
+
+void UiTaskQueue::Bind(HWND window) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  window_ = window;
+  wakeUpPosted_ = false;
+}
+
+void UiTaskQueue::Unbind() {
+  std::deque<Task> dropped;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    window_ = nullptr;
+    dropped.swap(tasks_);
+  }
+  // The tasks go here, outside the lock: what they hold may take its time to free.
+}
+
+bool UiTaskQueue::Post(Task task) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (window_ == nullptr || ::IsWindow(window_) == FALSE) {
+    return false;
+  }
+  tasks_.push_back(std::move(task));
+  // One wake-up for any number of tasks: the window runs them all when it comes to it.
+  if (!wakeUpPosted_) {
+    wakeUpPosted_ = ::PostMessageW(window_, kRunUiTasksMessage, 0, 0) != FALSE;
+    if (!wakeUpPosted_) {
+      tasks_.pop_back();  // the queue is full or the window went: nobody would run it
+      return false;
+    }
+  }
+  return true;
+}
+
+void UiTaskQueue::RunPending() {
+  std::deque<Task> ready;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ready.swap(tasks_);
+    wakeUpPosted_ = false;
+  }
+  for (Task& task : ready) {
+    task();
+  }
+}
+
+size_t UiTaskQueue::Waiting() const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return tasks_.size();
+}
+
+}  // namespace lumenor::controls
