@@ -14,6 +14,9 @@ target_include_directories(lumenor_options INTERFACE ${PROJECT_SOURCE_DIR})
 
 if(MSVC)
   target_compile_options(lumenor_options INTERFACE /W4 /permissive- /utf-8 /EHsc)
+  # The manifest comes from the resources (res/manifest.rc); one from the linker as well
+  # would be a second resource of the same name.
+  target_link_options(lumenor_options INTERFACE /MANIFEST:NO)
   if(LUMENOR_WARNINGS_AS_ERRORS)
     target_compile_options(lumenor_options INTERFACE /WX)
   endif()
@@ -37,8 +40,9 @@ endfunction()
 # The pictures that res/artwork.rc names: the resource compiler reports no dependency on
 # them, so a redrawn picture would otherwise not be compiled in again.
 file(GLOB LUMENOR_ARTWORK_FILES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/art/*)
-# Nor on the resource scripts and headers that res/lumenor.rc includes.
-file(GLOB LUMENOR_RESOURCE_PARTS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/*.rc ${PROJECT_SOURCE_DIR}/res/*.h)
+# Nor on the resource scripts, headers and the manifest that res/lumenor.rc includes.
+file(GLOB LUMENOR_RESOURCE_PARTS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/*.rc ${PROJECT_SOURCE_DIR}/res/*.h
+     ${PROJECT_SOURCE_DIR}/res/*.manifest)
 
 # Resources are linked into each executable (a resource object inside a static library
 # would be dropped by the linker).

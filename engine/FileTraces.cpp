@@ -84,11 +84,13 @@ void ScanFileLocation(const SafeFolder& folder, std::wstring_view selector, int 
   }
 }
 
-void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, EraseTally& tally) {
+void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, EraseTally& tally, bool keepFolder) {
   const std::wstring& top = folder.Path();
   FolderStack walk;
   if (!walk.Push(top, selector)) {
-    (void)RemoveDirectoryW(ForFileApi(top).c_str());  // goes only if it is already empty
+    if (!keepFolder) {
+      (void)RemoveDirectoryW(ForFileApi(top).c_str());  // goes only if it is already empty
+    }
     return;
   }
   while (!walk.Empty()) {
@@ -113,7 +115,9 @@ void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, Era
     }
     while (!walk.Empty() && !walk.Advance()) {
       const std::wstring emptied = walk.Pop();
-      (void)RemoveDirectoryW(ForFileApi(emptied).c_str());  // fails while anything is left in it
+      if (!keepFolder || !walk.Empty()) {
+        (void)RemoveDirectoryW(ForFileApi(emptied).c_str());  // fails while anything is left in it
+      }
     }
   }
 }

@@ -29,8 +29,10 @@ void ScanFileLocation(const SafeFolder& folder, std::wstring_view selector, int 
 // Deletes every file of `folder` that matches `selector` as a wildcard pattern, entering
 // sub-folders whose names match it too, and removes each folder it emptied, `folder`
 // itself included. A file that cannot be deleted is reported as failed and scheduled for
-// deletion at the next restart. Links are removed, never entered.
-void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, EraseTally& tally);
+// deletion at the next restart. Links are removed, never entered. With `keepFolder` the
+// location's own folder stays, emptied.
+void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, EraseTally& tally,
+                       bool keepFolder = false);
 
 // Whether `selector` names one file rather than a pattern.
 bool NamesOneFile(std::wstring_view selector);

@@ -260,6 +260,15 @@ FolderGuard::FolderGuard(const SystemPaths& paths) {
     if (!known) protected_.push_back(std::move(*canonical));
   }
 
+  for (const auto& known :
+       {paths.EnvironmentVariable(L"TEMP"), paths.EnvironmentVariable(L"TMP"), paths.ShellFolder(CSIDL_RECENT),
+        paths.ShellFolder(CSIDL_COOKIES), paths.ShellFolder(CSIDL_HISTORY), paths.ShellFolder(CSIDL_INTERNET_CACHE),
+        paths.ShellFolder(CSIDL_FAVORITES), paths.ShellFolder(CSIDL_CDBURN_AREA), paths.ShellFolder(CSIDL_TEMPLATES),
+        paths.ShellFolder(CSIDL_SENDTO)}) {
+    if (!known) continue;
+    if (std::optional<std::wstring> canonical = CanonicalFolder(*known)) wellKnown_.push_back(std::move(*canonical));
+  }
+
   // Another spelling of a protected folder (a short name, a drive letter given to a
   // folder) is still the same folder to the file system, and so is one above it.
   for (const std::wstring& folder : protected_) {
@@ -301,6 +310,11 @@ bool FolderGuard::IsProtected(const std::wstring& canonical) const {
   const std::optional<Identity> identity = IdentityOf(canonical);
   return identity &&
          std::find(guardedIdentities_.begin(), guardedIdentities_.end(), *identity) != guardedIdentities_.end();
+}
+
+bool FolderGuard::IsWellKnownFolder(std::wstring_view canonical) const {
+  return std::any_of(wellKnown_.begin(), wellKnown_.end(),
+                     [&](const std::wstring& folder) { return SameText(folder, canonical); });
 }
 
 FolderGuard::Check FolderGuard::Inspect(std::wstring_view folder) const {

@@ -72,6 +72,11 @@ class FolderGuard {
 
   const std::vector<std::wstring>& ProtectedFolders() const { return protected_; }
 
+  // Whether the folder (canonical) is one that Windows and programs expect to find: the
+  // temporary folder, Recent, Cookies, History, the browser cache and the like. An erase
+  // empties such a folder but never removes it.
+  bool IsWellKnownFolder(std::wstring_view canonical) const;
+
  private:
   struct Identity {
     uint32_t volume = 0;
@@ -82,6 +87,7 @@ class FolderGuard {
   bool IsProtected(const std::wstring& canonical) const;
 
   std::vector<std::wstring> protected_;
+  std::vector<std::wstring> wellKnown_;
   // The protected folders and every folder above them, as the file system knows them.
   std::vector<Identity> guardedIdentities_;
 };

@@ -102,7 +102,8 @@ void EraseItem(CMyObject& item, EraseTally& tally, const FolderGuard& guard) {
       ClearUrlHistoryStore();
     }
     if (plan.walk) {
-      EraseFileLocation(*plan.walk, location.selector, tally);
+      // The temporary folder and the shell's folders are emptied; programs expect them there.
+      EraseFileLocation(*plan.walk, location.selector, tally, guard.IsWellKnownFolder(plan.walk->Path()));
     } else if (!plan.oneFileFolder.empty()) {
       EraseOneFile(plan.oneFileFolder, location.selector, tally);
     }

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building and testing Lumenor on Debian 12 needs: CMake and Ninja, the
-# MinGW-w64 cross compilers (posix threading), GoogleTest's sources, Wine and Xvfb.
+# MinGW-w64 cross compilers (posix threading), GoogleTest's sources, Wine and Xvfb, and
+# what packaging needs: NSIS for the setup program, zip and unzip for the portable zips.
 # Does nothing when everything is already there.
 set -euo pipefail
 
@@ -10,6 +11,7 @@ packages=(
   googletest
   wine wine64
   xvfb xauth
+  nsis zip unzip
 )
 
 missing=()

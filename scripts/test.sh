@@ -2,6 +2,8 @@
 # The whole test suite from a fresh Debian 12 machine: installs what is missing, builds
 # the 64-bit and 32-bit programs, and runs every test under Wine and Xvfb, in a Wine
 # prefix under build/x86_64/ whose Linux-root drive (z:) is removed before any test runs.
+# The package tests build the setup and the zips first (scripts/package.sh, as the
+# CTest fixture package_build) and install the setup in that prefix.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 

@@ -7,7 +7,10 @@
 #             seeded folder on E:; then the shredder with files listed, its question
 #             before shredding, and mid-shred;
 #   144dpi-*  the main pages again, in a prefix of their own set to 144 dots per inch,
-#             where dialog units are half as large again.
+#             where dialog units are half as large again;
+#   styled-*  the main pages and the scan workflow again at 96, in a prefix of their own
+#             with Wine's "Light" visual style on, as the common controls draw them on
+#             Windows.
 #   tools/screenshots.sh [x86_64]        (build first: scripts/build.sh x86_64)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -55,6 +58,20 @@ page() {
   shot "$1" "$(drive geometry | tr -d '\r')"
 }
 
+# Turns on the visual style that Wine ships (what winecfg's "Light" theme sets); without
+# one, Wine's common controls 6 draw without styles.
+use_light_style() {
+  local key='HKCU\Software\Microsoft\Windows\CurrentVersion\ThemeManager' setting name value
+  for setting in 'ThemeActive=1' 'DllName=C:\windows\resources\themes\light\light.msstyles' \
+    'ColorName=Blue' 'SizeName=NormalSize'; do
+    name=${setting%%=*}
+    value=${setting#*=}
+    WINEPREFIX="$prefix" wine reg add "$key" /v "$name" /d "$value" /f >/dev/null 2>&1 ||
+      { echo "screenshots: could not turn on the Light style in $prefix" >&2; exit 1; }
+  done
+  WINEPREFIX="$prefix" wineserver --wait || true
+}
+
 # The privacy scan as a user goes through it, on traces seeded in the prefix (and enough
 # temporary files for the scan to be seen under way): the default selection scanned, the
 # page mid-scan and with its results, the erase dialog at its end, the one-click dialog.
@@ -69,16 +86,16 @@ seed_traces() {
   done
 }
 scan_workflow() {
-  local dpi=$1
+  local name=$1
   drive page-command:10000:15102 sleep:300 page-command:10000:15001 sleep:700
-  shot "${dpi}dpi-01b-scan-running" "$(drive geometry | tr -d '\r')"
+  shot "$name-01b-scan-running" "$(drive geometry | tr -d '\r')"
   drive sleep:6000
-  shot "${dpi}dpi-01c-scan-results" "$(drive geometry | tr -d '\r')"
+  shot "$name-01c-scan-results" "$(drive geometry | tr -d '\r')"
   drive page-command:10000:15003 sleep:4000
-  shot "${dpi}dpi-01d-erase-dialog" "$(drive dialog-geometry:1028 | tr -d '\r')"
+  shot "$name-01d-erase-dialog" "$(drive dialog-geometry:1028 | tr -d '\r')"
   drive dialog-command:1028:1028 sleep:500
   drive command:20002 sleep:400 page-command:1044:1044 sleep:1200
-  shot "${dpi}dpi-01e-one-click-dialog" "$(drive dialog-geometry:10010 | tr -d '\r')"
+  shot "$name-01e-one-click-dialog" "$(drive dialog-geometry:10010 | tr -d '\r')"
   drive dialog-command:10010:2 sleep:300 command:20000 sleep:300
 }
 
@@ -142,9 +159,10 @@ session() {
   local dpi=$2 what=$3
   export LUMENOR_LOG_PIXELS=$dpi
   "$runner" "$prefix" --prepare
+  if [ "$what" = styled ]; then use_light_style; fi
   # A fresh settings file each time, so the window opens as on a first start.
   rm -f "$prefix/drive_c/lumenor/setting.ini"
-  if [ "$what" = all ]; then
+  if [ "$what" != pages ]; then
     seed_traces
   fi
   "$runner" "$prefix" "$build/bin/lumenor.exe" &
@@ -154,15 +172,19 @@ session() {
     shot "${dpi}dpi-00-splash" "$(drive splash-geometry | tr -d '\r')"
   fi
   drive wait sleep:800
-  shot "${dpi}dpi-01-scan" "$(drive geometry | tr -d '\r')"
-  if [ "$what" = all ]; then
-    scan_workflow "$dpi"
+  local name=${dpi}dpi
+  if [ "$what" = styled ]; then name=styled; fi
+  shot "$name-01-scan" "$(drive geometry | tr -d '\r')"
+  if [ "$what" != pages ]; then
+    scan_workflow "$name"
   fi
-  page "${dpi}dpi-02-junk" 20001
-  junk_pages "$dpi"
-  page "${dpi}dpi-03-shredder" 20003
-  page "${dpi}dpi-04-settings" 20002
-  page "${dpi}dpi-05-help" 20004
+  page "$name-02-junk" 20001
+  if [ "$what" = all ]; then
+    junk_pages "$dpi"
+  fi
+  page "$name-03-shredder" 20003
+  page "$name-04-settings" 20002
+  page "$name-05-help" 20004
   if [ "$what" = all ]; then
     drive command:20000 sleep:400 tray-menu sleep:800
     shot "${dpi}dpi-06-tray-menu" "$(drive geometry | tr -d '\r')"
@@ -175,5 +197,6 @@ session() {
   WINEPREFIX="$prefix" wineserver -k 2>/dev/null || true
 }
 
-session "$build/wineprefix" 96 all
+session "$build/screenshot-prefix" 96 all
 session "$build/wineprefix-144dpi" 144 pages
+session "$build/wineprefix-styled" 96 styled

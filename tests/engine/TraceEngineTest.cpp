@@ -174,6 +174,22 @@ TEST_F(GuardedProfile, RefusedFoldersAreReportedAndLeftWholeByScanAndErase) {
   EXPECT_EQ(Files(), expected) << "nothing outside the temporary folder went";
 }
 
+TEST_F(GuardedProfile, TheTemporaryFolderIsEmptiedButKeptWhereProgramsExpectIt) {
+  paths_.variables[L"TEMP"] = temp_.substr(0, temp_.size() - 1);
+  const std::wstring cache = profile_ + L"AppData\\Local\\Cache\\";
+  MakeFile(cache + L"entry.bin");
+  CMyObject& item = Node(kItemTemporaryFiles);
+  item.ClearLocations();
+  ASSERT_TRUE(item.AddLocation(nullptr, temp_, L"*.*", kMatchEveryFile));
+  ASSERT_TRUE(item.AddLocation(nullptr, cache, L"*.*", kMatchEveryFile));
+  testing::RecordingTally tally;
+  EraseItem(item, tally, FolderGuard(paths_));
+  EXPECT_EQ(tally.erased, 3);
+  EXPECT_TRUE(testing::EntriesBelow(temp_).empty());
+  EXPECT_TRUE(testing::FileExists(temp_)) << "the temporary folder itself stays";
+  EXPECT_FALSE(testing::FileExists(cache)) << "an emptied cache folder goes with its contents";
+}
+
 TEST_F(GuardedProfile, InAProtectedFolderANamedFileIsTheOnlyThingTouched) {
   CMyObject& item = Node(kItemWindowsLogFiles);
   item.ClearLocations();

@@ -162,6 +162,13 @@ TEST_F(ScanPage, AFolderTheRulesRefuseIsShownAsANoteAndNeverErased) {
   DeleteFileW(canary.c_str());
 }
 
+// A named callback: a lambda has no __stdcall conversion, which the 32-bit build needs.
+BOOL CALLBACK NoteDialogShowingClose(HWND window, LPARAM found) {
+  HWND close = GetDlgItem(window, IDC_ERASE_CLOSE);
+  if (close != nullptr && IsWindowVisible(close)) *reinterpret_cast<HWND*>(found) = window;
+  return TRUE;
+}
+
 TEST_F(ScanPage, TheRealDialogErasesAndEndsWithClose) {
   Tick({kItemTemporaryFiles});
   Scan();
@@ -169,14 +176,8 @@ TEST_F(ScanPage, TheRealDialogErasesAndEndsWithClose) {
     // Close, once the dialog shows it.
     for (int waited = 0; waited < 10000; waited += 50) {
       HWND dialog = nullptr;
-      EnumThreadWindows(
-          GetWindowThreadProcessId(page_->Handle(), nullptr),
-          [](HWND window, LPARAM found) {
-            HWND close = GetDlgItem(window, IDC_ERASE_CLOSE);
-            if (close != nullptr && IsWindowVisible(close)) *reinterpret_cast<HWND*>(found) = window;
-            return TRUE;
-          },
-          reinterpret_cast<LPARAM>(&dialog));
+      EnumThreadWindows(GetWindowThreadProcessId(page_->Handle(), nullptr), NoteDialogShowingClose,
+                        reinterpret_cast<LPARAM>(&dialog));
       if (dialog != nullptr) {
         PostMessageW(dialog, WM_COMMAND, IDC_ERASE_CLOSE, 0);
         return;
