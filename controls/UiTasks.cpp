@@ -49,6 +49,18 @@ void UiTaskQueue::RunPending() {
   }
 }
 
+bool UiTaskQueue::HandleMessage(UINT message, LRESULT& result) {
+  if (message == kRunUiTasksMessage) {
+    RunPending();
+    result = 0;
+    return true;
+  }
+  if (message == WM_DESTROY) {
+    Unbind();  // what a worker still sends has no window to go to
+  }
+  return false;
+}
+
 size_t UiTaskQueue::Waiting() const {
   const std::lock_guard<std::mutex> lock(mutex_);
   return tasks_.size();

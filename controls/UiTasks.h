@@ -3,8 +3,8 @@
 // the order posted, when its message loop comes to them. Tasks still waiting when the
 // window goes (or the queue is unbound) are dropped without running.
 //
-// The owner (a page) binds the queue to its window at start-up and answers
-// kRunUiTasksMessage by calling RunPending. The queue outlives every worker that posts to
+// The owner (a page) binds the queue to its window at start-up and hands its messages to
+// HandleMessage. The queue outlives every worker that posts to
 // it: the owner joins its workers before the queue goes.
 #pragma once
 
@@ -34,6 +34,9 @@ class UiTaskQueue {
   bool Post(Task task);
   // The window's thread, on kRunUiTasksMessage: runs every task waiting now.
   void RunPending();
+  // For the owner's message handler: runs the tasks on kRunUiTasksMessage (true: the
+  // message is answered), and unbinds on WM_DESTROY (false: the window goes on with it).
+  bool HandleMessage(UINT message, LRESULT& result);
   // How many tasks wait; for tests.
   size_t Waiting() const;
 

@@ -276,18 +276,13 @@ void CDlgJunkJunk::DeleteAll() {
 }
 
 bool CDlgJunkJunk::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  if (message == controls::kRunUiTasksMessage) {
-    tasks_.RunPending();
-    result = 0;
+  if (tasks_.HandleMessage(message, result)) {
     return true;
   }
   if (message == kWalkEndedMessage) {
     ScanEnded();
     result = 0;
     return true;
-  }
-  if (message == WM_DESTROY) {
-    tasks_.Unbind();  // what the worker still sends has no window to go to
   }
   if (controls::ColourWhitePage(message, wParam, result)) {
     return true;

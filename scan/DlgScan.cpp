@@ -399,13 +399,8 @@ bool CDlgScan::OnEraseBackground(HDC dc) {
 }
 
 bool CDlgScan::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  if (message == controls::kRunUiTasksMessage) {
-    tasks_.RunPending();
-    result = 0;
+  if (tasks_.HandleMessage(message, result)) {
     return true;
-  }
-  if (message == WM_DESTROY) {
-    tasks_.Unbind();
   }
   if (message == WM_CTLCOLORDLG || (message == WM_CTLCOLORSTATIC && reinterpret_cast<HWND>(lParam) == window_)) {
     (void)::SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);

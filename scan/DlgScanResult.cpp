@@ -249,13 +249,8 @@ RECT CDlgScanResult::BarRect() const {
 }
 
 bool CDlgScanResult::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  if (message == controls::kRunUiTasksMessage) {
-    tasks_.RunPending();
-    result = 0;
+  if (tasks_.HandleMessage(message, result)) {
     return true;
-  }
-  if (message == WM_DESTROY) {
-    tasks_.Unbind();  // what the worker still sends has no window to go to
   }
   return CDialog::OnMessage(message, wParam, lParam, result);
 }

@@ -369,13 +369,8 @@ bool CDlgShred::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
   if (controls::ColourWhitePage(message, wParam, result)) {
     return true;
   }
-  if (message == controls::kRunUiTasksMessage) {
-    tasks_.RunPending();
-    result = 0;
+  if (tasks_.HandleMessage(message, result)) {
     return true;
-  }
-  if (message == WM_DESTROY) {
-    tasks_.Unbind();
   }
   return CDialog::OnMessage(message, wParam, lParam, result);
 }

@@ -18,8 +18,8 @@
 namespace lumenor {
 namespace {
 
-using testing::ProgramResult;
 using testing::CliProgram;
+using testing::ProgramResult;
 using testing::RunProgram;
 
 std::wstring ShellFolder(int csidl) { return MachinePaths().ShellFolder(csidl).value_or(L""); }

@@ -25,19 +25,6 @@ ProgramResult RunJunk(const std::wstring& arguments) {
   return result;
 }
 
-// One argument on the command line: a final backslash is doubled so it does not escape
-// the closing quote.
-std::wstring Quoted(const std::wstring& text) { return L"\"" + text + (text.ends_with(L'\\') ? L"\\\"" : L"\""); }
-
-std::string JsonEscaped(const std::wstring& text) {
-  std::string escaped;
-  for (const char c : ToUtf8(text)) {
-    if (c == '\\' || c == '"') escaped += '\\';
-    escaped += c;
-  }
-  return escaped;
-}
-
 std::vector<std::string> Lines(const std::string& text) { return testing::SplitLines(text); }
 
 TEST(JunkCommand, PrintsEachJunkFileAsNameTabFolderThenTheSummary) {
@@ -45,7 +32,7 @@ TEST(JunkCommand, PrintsEachJunkFileAsNameTabFolderThenTheSummary) {
   const testing::SeededTree tree = testing::SeedJunkTree(root.Path());
   std::wstring typed = root.Path();
   typed.pop_back();
-  const ProgramResult result = RunJunk(L"--folder " + Quoted(typed));
+  const ProgramResult result = RunJunk(L"--folder " + testing::QuotedArgument(typed));
   EXPECT_EQ(result.exitCode, 0u) << result.err;
   std::vector<std::string> lines = Lines(result.out);
   ASSERT_FALSE(lines.empty());
@@ -57,7 +44,7 @@ TEST(JunkCommand, PrintsEachJunkFileAsNameTabFolderThenTheSummary) {
   std::sort(expected.begin(), expected.end());
   EXPECT_EQ(lines, expected);
 
-  const ProgramResult all = RunJunk(L"--masks all --folder " + Quoted(root.Path()));
+  const ProgramResult all = RunJunk(L"--masks all --folder " + testing::QuotedArgument(root.Path()));
   EXPECT_EQ(Lines(all.out).size(), tree.allRows.size() + 1);
 }
 
@@ -66,14 +53,15 @@ TEST(JunkCommand, JsonGivesEachFilesMaskAndSizeAndTheTotals) {
   MakeFile(root / L"~Draft.TMP", "twelve bytes");
   MakeFile(root / L"sub\\x.ab~", "abc");
   MakeFile(root / L"notes.txt");
-  const ProgramResult result = RunJunk(L"--masks *.TMP,~*.*,*.??~ --json --folder " + Quoted(root.Path()));
+  const ProgramResult result =
+      RunJunk(L"--masks *.TMP,~*.*,*.??~ --json --folder " + testing::QuotedArgument(root.Path()));
   EXPECT_EQ(result.exitCode, 0u) << result.err;
   std::vector<std::string> lines = Lines(result.out);
   ASSERT_EQ(lines.size(), 3u) << result.out;
   EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"files\":2,\"bytes\":15}");
   lines.pop_back();
   std::sort(lines.begin(), lines.end());
-  const std::string folder = JsonEscaped(root.Path());
+  const std::string folder = testing::JsonEscaped(root.Path());
   EXPECT_EQ(
       lines,
       (std::vector<std::string>{
@@ -93,25 +81,25 @@ TEST(JunkCommand, DeleteRemovesWhatItFoundAndAFileThatStaysMakesTheStatusOne) {
   const HANDLE held = CreateFileW((root / L"held.tmp").c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                   nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   ASSERT_NE(held, INVALID_HANDLE_VALUE);
-  const ProgramResult result = RunJunk(L"--delete --json --folder " + Quoted(root.Path()));
+  const ProgramResult result = RunJunk(L"--delete --json --folder " + testing::QuotedArgument(root.Path()));
   CloseHandle(held);
   EXPECT_EQ(result.exitCode, 1u);
   const std::vector<std::string> lines = Lines(result.out);
   ASSERT_FALSE(lines.empty());
   EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"files\":3,\"bytes\":15,\"deleted\":2,\"failed\":1}");
   EXPECT_NE(std::find(lines.begin(), lines.end(),
-                      "{\"type\":\"failure\",\"path\":\"" + JsonEscaped(root / L"held.tmp") + "\"}"),
+                      "{\"type\":\"failure\",\"path\":\"" + testing::JsonEscaped(root / L"held.tmp") + "\"}"),
             lines.end());
   EXPECT_EQ(testing::EntriesBelow(root.Path()), (std::vector<std::wstring>{L"held.tmp", L"keep.txt"}));
 
-  const ProgramResult again = RunJunk(L"--delete --folder " + Quoted(root.Path()));
+  const ProgramResult again = RunJunk(L"--delete --folder " + testing::QuotedArgument(root.Path()));
   EXPECT_EQ(again.exitCode, 0u) << again.out;
   EXPECT_EQ(Lines(again.out).back(), "1 junk files, 5 bytes, 1 deleted, 0 failed");
 }
 
 TEST(JunkCommand, AFolderThatDoesNotExistGivesNoRowsAndSucceeds) {
   ScratchFolder root;
-  const ProgramResult result = RunJunk(L"--folder " + Quoted(root / L"missing"));
+  const ProgramResult result = RunJunk(L"--folder " + testing::QuotedArgument(root / L"missing"));
   EXPECT_EQ(result.exitCode, 0u);
   EXPECT_EQ(Lines(result.out), (std::vector<std::string>{"0 junk files, 0 bytes"}));
 }
@@ -165,7 +153,7 @@ TEST(JunkCommandAndLinks, NothingBehindALinkIsListedOrDeleted) {
   for (const wchar_t* target : {L"top", L"nested", L"bin"}) MakeFile(targets + target + L"\\behind.tmp");
   MakeFile(L"E:\\link-fixtures\\clean\\sub\\here.tmp");
   for (const wchar_t* folder : {L"E:\\link-fixtures\\clean", L"E:\\RECYCLER", L"E:\\link-fixtures\\clean\\top-link"}) {
-    const ProgramResult result = RunJunk(L"--delete --masks *.tmp --folder " + Quoted(folder));
+    const ProgramResult result = RunJunk(L"--delete --masks *.tmp --folder " + testing::QuotedArgument(folder));
     EXPECT_EQ(result.exitCode, 0u) << ToUtf8(folder) << result.err;
     EXPECT_EQ(result.out.find("behind.tmp"), std::string::npos) << result.out;
   }

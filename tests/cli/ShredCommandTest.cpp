@@ -30,19 +30,6 @@ ProgramResult Shred(const std::wstring& arguments) {
   return result;
 }
 
-// A trailing backslash is doubled: before the closing quote it would escape it.
-std::wstring Quoted(const std::wstring& path) { return L"\"" + path + (path.ends_with(L'\\') ? L"\\\"" : L"\""); }
-
-// `path` as it stands inside a JSON string.
-std::string Json(const std::wstring& path) {
-  std::string text;
-  for (const char c : ToUtf8(path)) {
-    if (c == '\\') text += '\\';
-    text += c;
-  }
-  return text;
-}
-
 bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 TEST(ShredCommand, ShredsFilesAndEveryFileBelowAFolderWithOneJsonLineEach) {
@@ -50,17 +37,19 @@ TEST(ShredCommand, ShredsFilesAndEveryFileBelowAFolderWithOneJsonLineEach) {
   MakeFile(root / L"a.txt", "12345");
   MakeFile(root / L"tree\\b.txt", "123");
   MakeFile(root / L"tree\\deeper\\c.txt", "1234567");
-  const ProgramResult run = Shred(L"--method safe --json " + Quoted(root / L"a.txt") + L" " + Quoted(root / L"tree") +
-                                  L" " + Quoted(root / L"A.TXT"));
+  const ProgramResult run =
+      Shred(L"--method safe --json " + testing::QuotedArgument(root / L"a.txt") + L" " +
+            testing::QuotedArgument(root / L"tree") + L" " + testing::QuotedArgument(root / L"A.TXT"));
   EXPECT_EQ(run.exitCode, 0u) << run.out;
-  EXPECT_EQ(
-      run.out.rfind("{\"type\":\"shredded\",\"path\":\"" + Json(root / L"a.txt") + "\",\"bytes\":5,\"passes\":3}\n", 0),
-      0u)
+  EXPECT_EQ(run.out.rfind("{\"type\":\"shredded\",\"path\":\"" + testing::JsonEscaped(root / L"a.txt") +
+                              "\",\"bytes\":5,\"passes\":3}\n",
+                          0),
+            0u)
       << run.out;
-  EXPECT_TRUE(Has(
-      run.out, "{\"type\":\"shredded\",\"path\":\"" + Json(root / L"tree\\b.txt") + "\",\"bytes\":3,\"passes\":3}\n"))
+  EXPECT_TRUE(Has(run.out, "{\"type\":\"shredded\",\"path\":\"" + testing::JsonEscaped(root / L"tree\\b.txt") +
+                               "\",\"bytes\":3,\"passes\":3}\n"))
       << run.out;
-  EXPECT_TRUE(Has(run.out, "{\"type\":\"shredded\",\"path\":\"" + Json(root / L"tree\\deeper\\c.txt") +
+  EXPECT_TRUE(Has(run.out, "{\"type\":\"shredded\",\"path\":\"" + testing::JsonEscaped(root / L"tree\\deeper\\c.txt") +
                                "\",\"bytes\":7,\"passes\":3}\n"))
       << run.out;
   EXPECT_TRUE(run.out.ends_with("{\"type\":\"summary\",\"files\":3,\"shredded\":3,\"failed\":0,\"bytes\":15}\n"))
@@ -72,7 +61,7 @@ TEST(ShredCommand, ShredsFilesAndEveryFileBelowAFolderWithOneJsonLineEach) {
 TEST(ShredCommand, QuickIsTheDefaultAndPlainOutputHasALineAFileAndASummary) {
   TempFolder root;
   MakeFile(root / L"a.txt", "12345");
-  const ProgramResult run = Shred(Quoted(root / L"a.txt"));
+  const ProgramResult run = Shred(testing::QuotedArgument(root / L"a.txt"));
   EXPECT_EQ(run.exitCode, 0u);
   EXPECT_EQ(run.out,
             ToUtf8(L"shredded\t" + root / L"a.txt") + "\t5 bytes\t1 passes\n1 files: 1 shredded, 0 failed, 5 bytes\n");
@@ -86,19 +75,22 @@ TEST(ShredCommand, FilesThatCannotBeShreddedAreReportedAndTheRestShredded) {
   MakeFile(root / L"linked.txt", "keep too");
   ASSERT_TRUE(CreateHardLinkW((root / L"other-name.txt").c_str(), (root / L"linked.txt").c_str(), nullptr));
   MakeFile(root / L"good.txt", "go");
-  std::wstring arguments = L"--json " + Quoted(root / L"missing.txt") + L" " + Quoted(root / L"readonly.txt") + L" " +
-                           Quoted(root / L"linked.txt") + L" " + Quoted(root / L"good.txt");
+  std::wstring arguments = L"--json " + testing::QuotedArgument(root / L"missing.txt") + L" " +
+                           testing::QuotedArgument(root / L"readonly.txt") + L" " +
+                           testing::QuotedArgument(root / L"linked.txt") + L" " +
+                           testing::QuotedArgument(root / L"good.txt");
   const bool withLinks = GetFileAttributesW(L"E:\\link-fixtures\\files\\file-link.txt") != INVALID_FILE_ATTRIBUTES;
   if (withLinks) arguments += L" E:\\link-fixtures\\files\\file-link.txt";
   const ProgramResult run = Shred(arguments);
   EXPECT_EQ(run.exitCode, 1u) << run.out;
   const auto failed = [&](const std::wstring& path, const char* reason) {
-    return "{\"type\":\"failed\",\"path\":\"" + Json(path) + "\",\"reason\":\"" + reason + "\"}\n";
+    return "{\"type\":\"failed\",\"path\":\"" + testing::JsonEscaped(path) + "\",\"reason\":\"" + reason + "\"}\n";
   };
   EXPECT_TRUE(Has(run.out, failed(root / L"missing.txt", "missing"))) << run.out;
   EXPECT_TRUE(Has(run.out, failed(root / L"readonly.txt", "cannot be opened for writing"))) << run.out;
   EXPECT_TRUE(Has(run.out, failed(root / L"linked.txt", "has other hard links"))) << run.out;
-  EXPECT_TRUE(Has(run.out, "{\"type\":\"shredded\",\"path\":\"" + Json(root / L"good.txt") + "\",\"bytes\":2,"))
+  EXPECT_TRUE(
+      Has(run.out, "{\"type\":\"shredded\",\"path\":\"" + testing::JsonEscaped(root / L"good.txt") + "\",\"bytes\":2,"))
       << run.out;
   if (withLinks) {
     EXPECT_TRUE(Has(run.out, failed(L"E:\\link-fixtures\\files\\file-link.txt", "link"))) << run.out;
@@ -115,7 +107,7 @@ TEST(ShredCommand, FilesThatCannotBeShreddedAreReportedAndTheRestShredded) {
 TEST(ShredCommand, MistakesInTheArgumentsAreUsageErrorsThatTouchNothing) {
   TempFolder root;
   MakeFile(root / L"a.txt", "keep");
-  const std::wstring file = Quoted(root / L"a.txt");
+  const std::wstring file = testing::QuotedArgument(root / L"a.txt");
   const std::pair<std::wstring, const char*> cases[] = {
       {L"", "shred needs at least one file or folder"},
       {L"--method fast " + file, "unknown method: fast"},
@@ -145,7 +137,7 @@ TEST(ShredCommand, AProtectedFolderOrAFolderLinkIsRefusedWholeAndNothingIsTouche
     folders.push_back(L"E:\\link-fixtures\\clean\\top-link");
   }
   for (const std::wstring& folder : folders) {
-    const ProgramResult run = Shred(Quoted(root / L"a.txt") + L" " + Quoted(folder));
+    const ProgramResult run = Shred(testing::QuotedArgument(root / L"a.txt") + L" " + testing::QuotedArgument(folder));
     EXPECT_EQ(run.exitCode, 2u) << ToUtf8(folder);
     EXPECT_TRUE(Has(run.err, "protected folder: ") || Has(run.err, "link: ")) << ToUtf8(folder) << "\n" << run.err;
     EXPECT_EQ(ReadFileBytes(root / L"a.txt"), "keep") << ToUtf8(folder);

@@ -18,23 +18,14 @@
 namespace lumenor {
 namespace {
 
-using testing::ProgramResult;
 using testing::CliProgram;
+using testing::ProgramResult;
 using testing::RunProgram;
 
-std::string JsonEscaped(const std::wstring& text) {
-  std::string escaped;
-  for (const char c : ToUtf8(text)) {
-    if (c == '\\' || c == '"') escaped += '\\';
-    escaped += c;
-  }
-  return escaped;
-}
-
 std::string TraceLine(const testing::SeededTrace& trace, const std::wstring& itemName) {
-  return "{\"type\":\"trace\",\"id\":" + std::to_string(trace.itemId) + ",\"item\":\"" + JsonEscaped(itemName) +
-         "\",\"name\":\"" + JsonEscaped(trace.name) + "\",\"location\":\"" + JsonEscaped(trace.location) +
-         "\",\"registry\":" + (trace.isRegistry ? "true" : "false") + "}";
+  return "{\"type\":\"trace\",\"id\":" + std::to_string(trace.itemId) + ",\"item\":\"" +
+         testing::JsonEscaped(itemName) + "\",\"name\":\"" + testing::JsonEscaped(trace.name) + "\",\"location\":\"" +
+         testing::JsonEscaped(trace.location) + "\",\"registry\":" + (trace.isRegistry ? "true" : "false") + "}";
 }
 
 // The test's traces go into a TEMP folder of its own, which the program inherits, so the

@@ -1,5 +1,7 @@
 #include "tests/support/ChildProcess.h"
 
+#include "base/TextEncoding.h"
+
 #include "base/ModulePath.h"
 
 #include <thread>
@@ -154,6 +156,19 @@ bool RunningProgram::HasVisibleWindow() const {
 const std::wstring& CliProgram() {
   static const std::wstring program = ProgramBesideTest(L"lumenor-cli.exe");
   return program;
+}
+
+std::wstring QuotedArgument(const std::wstring& text) {
+  return L"\"" + text + (text.ends_with(L'\\') ? L"\\\"" : L"\"");
+}
+
+std::string JsonEscaped(const std::wstring& text) {
+  std::string escaped;
+  for (const char c : ToUtf8(text)) {
+    if (c == '\\' || c == '"') escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
 }
 
 }  // namespace lumenor::testing

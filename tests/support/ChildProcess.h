@@ -12,6 +12,11 @@ namespace lumenor::testing {
 std::wstring ProgramBesideTest(std::wstring_view name);
 // lumenor-cli.exe beside the test executable.
 const std::wstring& CliProgram();
+// `text` as one argument of a command line; a final backslash is doubled so that it does
+// not escape the closing quote.
+std::wstring QuotedArgument(const std::wstring& text);
+// `text` in UTF-8 as it stands inside a JSON string.
+std::string JsonEscaped(const std::wstring& text);
 
 struct ProgramResult {
   bool finished = false;  // false: it could not be started, or did not end in time
