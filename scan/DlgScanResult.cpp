@@ -238,10 +238,11 @@ void CDlgScanResult::ShowFigures(int deleted, int failed) {
 
 void CDlgScanResult::ShowEnd() {
   animation_.Stop();
-  close_.Show(SW_SHOW);
+  // The warning first: once Close shows, the dialog's end is all on screen.
   if (Progress().FailedCount() > 0) {
     controls::CWindow(Item(IDC_ERASE_WARNING)).Show(SW_SHOW);
   }
+  close_.Show(SW_SHOW);
 }
 
 RECT CDlgScanResult::BarRect() const {
