@@ -1,20 +1,59 @@
 #include "app/DlgOptions.h"
 
+#include "base/ModulePath.h"
+#include "base/ResourceString.h"
 #include "catalogue/DlgOptionsChoose.h"
 #include "controls/Layout.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
+#include "settings/StartupEntry.h"
+
+#include <span>
+#include <string>
 
 namespace lumenor {
 
 OptionValues Options;
 
-CDlgOptions::CDlgOptions() : CDialog(IDD_OPTIONS) {}
-
 namespace {
+
 // The panel's corner lies this far in from the page's; it reaches as far in from the others.
 constexpr int kPanelInset = 10;
+
+constexpr int kDayCount = 8;  // "Day" (every day), then Sunday to Saturday
+constexpr int kHourCount = 12;
+constexpr int kMinuteCount = 60;
+
+struct BoxOption {
+  int control;
+  Option option;
+};
+// The check boxes and radio buttons, each with the option it shows.
+constexpr BoxOption kCheckBoxes[] = {{IDC_OPTIONS_RUN_AT_STARTUP, Option::kRunAtStartup},
+                                     {IDC_OPTIONS_AUTO_UPDATE, Option::kAutoUpdate},
+                                     {IDC_OPTIONS_SCAN_EVERY, Option::kScheduleOn}};
+constexpr BoxOption kCloseChoices[] = {{IDC_OPTIONS_EXIT, Option::kExit}, {IDC_OPTIONS_TRAY, Option::kTray}};
+constexpr std::span<const BoxOption> kAllBoxes[] = {kCheckBoxes, kCloseChoices};
+// The time lists, each with the option it shows, in the order they are written.
+constexpr BoxOption kTimeLists[] = {{IDC_OPTIONS_DAY, Option::kDay},
+                                    {IDC_OPTIONS_HOUR, Option::kHour},
+                                    {IDC_OPTIONS_MINUTE, Option::kMinute},
+                                    {IDC_OPTIONS_WHEN, Option::kWhen}};
+
+void AddEntry(HWND list, const std::wstring& text) {
+  (void)::SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));  // fails only out of memory
+}
+
+// The entry a list shows for `value`: none when the file holds a number the list has no
+// entry for (the scheduler still compares the number as it stands).
+int EntryFor(HWND list, int value) {
+  const LRESULT count = ::SendMessageW(list, CB_GETCOUNT, 0, 0);
+  return value >= 0 && value < count ? value : CB_ERR;
+}
+
 }  // namespace
+
+CDlgOptions::CDlgOptions() : CDialog(IDD_OPTIONS), programPath_(ModuleFileName()) {}
 
 bool CDlgOptions::OnInit() {
   Options = ReadOptionValues(CIniFileRW(kSettingsFileName));
@@ -24,7 +63,117 @@ bool CDlgOptions::OnInit() {
                       IDB_SETTINGS_SAVE_DISABLED);
     (void)save_.FitToPicture(controls::Corner::kBottomRight);  // else the picture is stretched to the template's size
   }
+  FillTimeLists();
+  ShowOptions();
   return true;
+}
+
+void CDlgOptions::FillTimeLists() const {
+  HWND day = Item(IDC_OPTIONS_DAY);
+  for (int index = 0; index < kDayCount; ++index) {
+    AddEntry(day, LoadResourceString(static_cast<unsigned>(IDS_OPTIONS_DAY_FIRST + index)));
+  }
+  HWND hour = Item(IDC_OPTIONS_HOUR);
+  for (int index = 0; index < kHourCount; ++index) {
+    AddEntry(hour, std::to_wstring(index));
+  }
+  HWND minute = Item(IDC_OPTIONS_MINUTE);
+  for (int index = 0; index < kMinuteCount; ++index) {
+    AddEntry(minute, std::to_wstring(index));
+  }
+  AddEntry(Item(IDC_OPTIONS_WHEN), LoadResourceString(IDS_OPTIONS_AM));
+  AddEntry(Item(IDC_OPTIONS_WHEN), LoadResourceString(IDS_OPTIONS_PM));
+}
+
+void CDlgOptions::ShowOptions() const {
+  for (const std::span<const BoxOption> boxes : kAllBoxes) {
+    for (const BoxOption& box : boxes) {
+      (void)::CheckDlgButton(window_, box.control, ValueOf(Options, box.option) == 1 ? BST_CHECKED : BST_UNCHECKED);
+    }
+  }
+  for (const BoxOption& list : kTimeLists) {
+    HWND control = Item(list.control);
+    (void)::SendMessageW(control, CB_SETCURSEL, static_cast<WPARAM>(EntryFor(control, ValueOf(Options, list.option))),
+                         0);  // CB_ERR clears the selection, which is what such a number shows
+  }
+  EnableTimeLists(Options.scheduleOn == 1);
+}
+
+void CDlgOptions::EnableTimeLists(bool enable) const {
+  for (const BoxOption& list : kTimeLists) {
+    (void)::EnableWindow(Item(list.control), enable ? TRUE : FALSE);
+  }
+}
+
+int CDlgOptions::Checked(int id) const { return ::IsDlgButtonChecked(window_, id) == BST_CHECKED ? 1 : 0; }
+
+int CDlgOptions::Selected(int id) const { return static_cast<int>(::SendMessageW(Item(id), CB_GETCURSEL, 0, 0)); }
+
+bool CDlgOptions::Changed() const {
+  for (const std::span<const BoxOption> boxes : kAllBoxes) {
+    for (const BoxOption& box : boxes) {
+      if (Checked(box.control) != ValueOf(Options, box.option)) {
+        return true;
+      }
+    }
+  }
+  if (Checked(IDC_OPTIONS_SCAN_EVERY) == 0) {
+    return false;
+  }
+  // AM/PM is left out on purpose: changing it alone does not count.
+  for (const BoxOption& list : kTimeLists) {
+    if (list.option != Option::kWhen &&
+        Selected(list.control) != EntryFor(Item(list.control), ValueOf(Options, list.option))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void CDlgOptions::ShowPage(int showCommand) {
+  if (window_ != nullptr && Changed()) {
+    const int answer = messageBox_(window_, LoadResourceString(IDS_OPTIONS_CHANGED),
+                                   LoadResourceString(IDS_PRODUCT_NAME), MB_OKCANCEL);
+    if (answer == IDOK) {
+      Save();
+    } else {
+      ShowOptions();
+    }
+  }
+  Show(showCommand);
+}
+
+void CDlgOptions::Save() {
+  const CIniFileRW file(kSettingsFileName);
+  const auto write = [&file](Option option, int value) {
+    if (WriteOption(file, option, value)) {
+      ValueOf(Options, option) = value;  // a failed write leaves the page counted as changed
+    }
+  };
+  const int runAtStartup = Checked(IDC_OPTIONS_RUN_AT_STARTUP);
+  write(Option::kRunAtStartup, runAtStartup);
+  // The entry's failures stay silent: the box shows the settings file, not the entry.
+  if (runAtStartup == 1) {
+    (void)AddStartupEntry(programPath_);
+  } else {
+    (void)RemoveStartupEntry();
+  }
+  for (const BoxOption& box : std::span(kCheckBoxes).subspan(1)) {  // the start-up box went first
+    write(box.option, Checked(box.control));
+  }
+  for (const BoxOption& list : kTimeLists) {
+    const int selected = Selected(list.control);
+    if (selected != CB_ERR) {  // a list showing nothing keeps the number the file holds
+      write(list.option, selected);
+    }
+  }
+  // "exit" and "tray" are written only when they changed.
+  for (const BoxOption& radio : kCloseChoices) {
+    const int checked = Checked(radio.control);
+    if (checked != ValueOf(Options, radio.option)) {
+      write(radio.option, checked);
+    }
+  }
 }
 
 bool CDlgOptions::OnEraseBackground(HDC dc) {
@@ -47,11 +196,24 @@ bool CDlgOptions::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&
 }
 
 bool CDlgOptions::OnCommand(int id, int code, HWND control) {
-  if (id == IDC_OPTIONS_ONE_CLICK) {
-    (void)ChooseOneClickItems(window_, CIniFileRW(kSettingsFileName));  // saved or not, the page stays as it is
-    return true;
+  switch (id) {
+    case IDC_OPTIONS_SCAN_EVERY:
+      EnableTimeLists(Checked(IDC_OPTIONS_SCAN_EVERY) == 1);
+      return true;
+    case IDC_OPTIONS_SAVE:
+      Save();
+      return true;
+    case IDC_OPTIONS_ONE_CLICK:
+      (void)ChooseOneClickItems(window_, CIniFileRW(kSettingsFileName));  // saved or not, the page stays as it is
+      return true;
+    case IDC_OPTIONS_CHECK_UPDATE:
+      if (updateCheck_) {
+        updateCheck_();
+      }
+      return true;
+    default:
+      return CDialog::OnCommand(id, code, control);
   }
-  return CDialog::OnCommand(id, code, control);
 }
 
 }  // namespace lumenor

@@ -1,11 +1,15 @@
 // The settings page. Made once by the main window; making it loads the option values
 // from "setting.ini" into Options, which the main window and the scheduler read.
+// Leaving or showing the page with unsaved changes asks whether to save them.
 #pragma once
 
-#include "app/Settings.h"
 #include "controls/Bitmap.h"
 #include "controls/Dialog.h"
 #include "controls/NButtonEx.h"
+#include "controls/UserPrompt.h"
+#include "settings/Settings.h"
+
+#include <functional>
 
 namespace lumenor {
 
@@ -16,8 +20,21 @@ class CDlgOptions : public controls::CDialog {
  public:
   CDlgOptions();
 
-  // Shows or hides the page (SW_SHOW / SW_HIDE).
-  void ShowPage(int showCommand) const { Show(showCommand); }
+  // Asks about unsaved changes, then shows or hides the page (SW_SHOW / SW_HIDE).
+  void ShowPage(int showCommand);
+  // Whether the controls differ from the option values as the question counts it: the
+  // time lists only while "Scan every" is ticked, AM/PM never.
+  bool Changed() const;
+  // Writes every option from the controls; each value in force changes only when its
+  // write succeeded.
+  void Save();
+
+  // Where the question is asked (the system's message box unless a test answers).
+  void SetMessageBox(MessageBoxFunction messageBox) { messageBox_ = std::move(messageBox); }
+  // What "Check Update" runs.
+  void SetUpdateCheck(std::function<void()> check) { updateCheck_ = std::move(check); }
+  // The program written into the start-up entry; the running one unless replaced.
+  void SetProgramPath(std::wstring path) { programPath_ = std::move(path); }
 
  protected:
   bool OnInit() override;
@@ -26,8 +43,18 @@ class CDlgOptions : public controls::CDialog {
   bool OnEraseBackground(HDC dc) override;
 
  private:
+  void FillTimeLists() const;
+  // Puts every control back to its option value.
+  void ShowOptions() const;
+  void EnableTimeLists(bool enable) const;
+  int Checked(int id) const;
+  int Selected(int id) const;
+
   controls::CBitmapResource panel_;
   controls::CNButtonEx save_;
+  MessageBoxFunction messageBox_ = SystemMessageBox;
+  std::function<void()> updateCheck_;
+  std::wstring programPath_;
 };
 
 }  // namespace lumenor

@@ -1,28 +1,23 @@
-// The main window: a skinned frame that owns the five pages and shows one at a time under
-// a four-tab strip, keeps the notification-area icon with its menu and animation, and
-// fires the scheduled scan. Start-up runs it modally; when it ends, the program ends.
+// The main window: owns the five pages and shows one at a time under the skin's tab
+// strip, answers the skin's buttons and the notification icon's menu, fires the scheduled
+// scan and runs the update checks. Start-up runs it modally; when it ends, the program
+// ends.
 #pragma once
 
 #include "app/DlgHelp.h"
 #include "app/DlgOptions.h"
-#include "app/FrameLayout.h"
-#include "update/MakerSite.h"
-#include "app/ShellMessages.h"
+#include "app/SkinFrame.h"
+#include "app/TrayIcon.h"
+#include "app/UpdateCheckRunner.h"
 #include "controls/Dialog.h"
 #include "controls/GifPicture.h"
-#include "controls/HyperLink.h"
-#include "controls/MyMenu.h"
-#include "controls/MyTabCtrl.h"
-#include "controls/NButtonEx.h"
 #include "junk/DlgJunk.h"
 #include "scan/DlgScan.h"
 #include "shred/DlgShred.h"
+#include "update/MakerSite.h"
 
 #include <windows.h>
 
-#include <shellapi.h>
-
-#include <array>
 #include <functional>
 #include <string>
 
@@ -32,13 +27,10 @@ class CPcDlg : public controls::CDialog {
  public:
   static constexpr UINT_PTR kSchedulerTimer = 6;
   static constexpr UINT kSchedulerPeriodMs = 60000;
-  static constexpr UINT_PTR kAnimationTimer = 1000;
-  static constexpr UINT kAnimationPeriodMs = 500;
   enum Page : int { kScanPage = 0, kJunkPage = 1, kShredPage = 2, kOptionsPage = 3, kHelpPage = 4, kFaqPage = 5 };
 
   // Pages and web pages open through `opener` (the shell, unless a test watches).
   explicit CPcDlg(PageOpener opener = OpenWithShell);
-  ~CPcDlg() override;
 
   // The workers' status in the notification area: start animates the icon (and shows the
   // balloon while the window is hidden), stop puts the main icon back.
@@ -58,13 +50,11 @@ class CPcDlg : public controls::CDialog {
   CDlgShred& ShredPage() { return shred_; }
   CDlgOptions& OptionsPage() { return options_; }
   CDlgHelp& HelpPage() { return help_; }
-  const controls::CMyTabCtrl& Tabs() const { return tabs_; }
+  const controls::CMyTabCtrl& Tabs() const { return skin_.Tabs(); }
   // Where the skin's bands and controls lie in the client area.
-  const FrameLayout& Frame() const { return frame_; }
-  const NOTIFYICONDATAW& TrayRecord() const { return tray_; }
-  bool TrayIconAdded() const { return trayAdded_; }
-  bool TrayMenuBuilt() const { return trayMenu_.Built(); }
-  const std::wstring& TrayTitle() const { return trayTitle_; }
+  const FrameLayout& Frame() const { return skin_.Layout(); }
+  const CTrayIcon& Tray() const { return tray_; }
+  UpdateCheckRunner& UpdateCheck() { return updateCheck_; }
 
  protected:
   bool OnInit() override;
@@ -76,22 +66,13 @@ class CPcDlg : public controls::CDialog {
   bool OnClose() override;
 
  private:
-  void SetUpSkin();
   void CreatePages();
-  // Sizes the window around the largest page and places the skin's bands and controls.
-  void LayOutFrame();
-  SIZE TitleSize() const;
-  void AddTrayIcon();
-  bool ModifyTrayIcon();
   void OnTrayCallback(UINT iconId, UINT mouseMessage);
-  void ShowTrayMenu();
-  void AnimateTrayIcon(int frame);
   void SchedulerTick();
   void OnCopyData(const COPYDATASTRUCT& data);
   void ShowFromMenu(int tab, int page);
   void CloseButton();
   void Quit();
-  void Paint(HDC dc) const;
 
   // GDI+ runs for the life of the window: the pages' animations need it.
   controls::CGdiplusSession gdiplus_;
@@ -104,22 +85,10 @@ class CPcDlg : public controls::CDialog {
   CDlgJunk junk_;
   CDlgHelp help_;
 
-  FrameLayout frame_;
-  controls::CMyTabCtrl tabs_;
-  std::array<controls::CNButtonEx, 6> buttons_;
-  controls::CMyHyperLink homeLink_;
-  HFONT glyphFont_ = nullptr;
-  HFONT titleFont_ = nullptr;
-
-  NOTIFYICONDATAW tray_{};
-  bool trayAdded_ = false;
-  controls::CMyMenu trayMenu_;
-  std::wstring trayTitle_;
-  std::wstring trayText_;
-  int trayFrame_ = 0;
+  CSkinFrame skin_;
+  CTrayIcon tray_;
+  UpdateCheckRunner updateCheck_;
   int schedulerSuspended_ = 0;
-  HICON mainIcon_ = nullptr;
-  std::array<HICON, 4> frameIcons_{};
 };
 
 }  // namespace lumenor

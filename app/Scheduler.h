@@ -2,7 +2,7 @@
 // 60-second timer with the local time.
 #pragma once
 
-#include "app/Settings.h"
+#include "settings/Settings.h"
 
 #include <windows.h>
 

@@ -4,7 +4,7 @@
 // saved, and writes the ticked items back on "Save"; "Cancel" writes nothing.
 #pragma once
 
-#include "app/IniFileRW.h"
+#include "settings/IniFileRW.h"
 #include "controls/Dialog.h"
 #include "scan/ItemSelection.h"
 #include "scan/MyTreeCtrl.h"

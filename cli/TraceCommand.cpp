@@ -1,6 +1,6 @@
 #include "cli/TraceCommand.h"
 
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "cli/JsonText.h"
 #include "engine/FolderSafety.h"

@@ -1,6 +1,6 @@
 #include "engine/ProfileLookup.h"
 
-#include "app/IniFileRW.h"
+#include "settings/IniFileRW.h"
 
 #include <shlobj.h>
 

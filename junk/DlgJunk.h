@@ -9,7 +9,7 @@
 #include "controls/MyTabCtrl.h"
 #include "junk/DlgJunkJunk.h"
 #include "junk/DlgJunkScan.h"
-#include "junk/UserPrompt.h"
+#include "controls/UserPrompt.h"
 
 #include <string>
 #include <vector>

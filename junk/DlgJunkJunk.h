@@ -11,7 +11,7 @@
 #include "controls/UiTasks.h"
 #include "engine/StopToken.h"
 #include "engine/SystemPaths.h"
-#include "junk/UserPrompt.h"
+#include "controls/UserPrompt.h"
 
 #include <array>
 #include <atomic>

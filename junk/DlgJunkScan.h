@@ -8,7 +8,7 @@
 #include "controls/MyCheckBox.h"
 #include "controls/NButtonEx.h"
 #include "junk/JunkCatalogueList.h"
-#include "junk/UserPrompt.h"
+#include "controls/UserPrompt.h"
 
 #include <array>
 #include <functional>

@@ -187,6 +187,15 @@
 #define IDS_SELECT_ALL_WARNING 4409
 #define IDS_SCAN_SKIPPED 4410
 
+// Settings page and update check.
+#define IDS_OPTIONS_DAY_FIRST 4500  // "Day", then "Sunday" to "Saturday": 4500 to 4507
+#define IDS_OPTIONS_AM 4508
+#define IDS_OPTIONS_PM 4509
+#define IDS_OPTIONS_CHANGED 4510
+#define IDS_UPDATE_CONNECTION_FAILED 4520
+#define IDS_UPDATE_NONE 4521
+#define IDS_UPDATE_AVAILABLE 4522
+
 // One-click selection dialog: the item tree is made at run time.
 #define IDD_ONE_CLICK_ITEMS 140
 #define IDC_ONE_CLICK_SELECT_NONE 3

@@ -1,6 +1,6 @@
 #include "scan/DlgScan.h"
 
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "base/ResourceString.h"
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"

@@ -6,7 +6,7 @@
 // area.
 #pragma once
 
-#include "app/IniFileRW.h"
+#include "settings/IniFileRW.h"
 #include "controls/Dialog.h"
 #include "controls/GifPicture.h"
 #include "controls/MyListCtrl.h"

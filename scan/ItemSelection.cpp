@@ -1,6 +1,6 @@
 #include "scan/ItemSelection.h"
 
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 

@@ -5,7 +5,7 @@
 // ticked items are gathered in catalogue order.
 #pragma once
 
-#include "app/IniFileRW.h"
+#include "settings/IniFileRW.h"
 #include "catalogue/CMyObject.h"
 
 #include <functional>

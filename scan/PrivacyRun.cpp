@@ -1,6 +1,6 @@
 #include "scan/PrivacyRun.h"
 
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "engine/Locations.h"
 #include "engine/TraceEngine.h"

@@ -4,7 +4,7 @@
 // main window shows as status texts.
 #pragma once
 
-#include "app/IniFileRW.h"
+#include "settings/IniFileRW.h"
 #include "catalogue/CMyObject.h"
 #include "engine/FolderSafety.h"
 #include "engine/StopToken.h"

@@ -1,7 +1,7 @@
 // The tick boxes of the item trees: how a new state travels down and up, clicks, the
 // order ticked items are gathered in, and the selections read from and saved to
 // "setting.ini" by the scan page and the one-click dialog.
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "scan/ItemSelection.h"

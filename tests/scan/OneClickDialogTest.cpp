@@ -1,6 +1,6 @@
 // The one-click selection dialog against settings files: where it starts from, what
 // "Save" writes, and that "Select None" and "Cancel" write nothing.
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/DlgOptionsChoose.h"
 #include "catalogue/ItemIds.h"

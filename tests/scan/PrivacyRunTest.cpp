@@ -1,7 +1,7 @@
 // Scan, erase and one-click erase runs against the real engine, on traces seeded in the
 // test machine: the rows, the counts up the tree, the recent list, what an erase leaves,
 // a stop that cuts the run short, and one-click erasing items that found nothing.
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "engine/Registry.h"

@@ -1,7 +1,7 @@
 // The scan page as a user drives it: tick items, scan, see the rows, delete one row,
 // erase with the progress dialog, a location refused by the folder rules shown as a
 // note, and the restart that only the dialog's hidden button may ask for.
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "engine/Registry.h"

@@ -1,6 +1,6 @@
 // "setting.ini" as the program writes and reads it: the default file, options, and the
 // saved selections of items.
-#include "app/Settings.h"
+#include "settings/Settings.h"
 #include "base/ModulePath.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"

@@ -1,6 +1,7 @@
 // The main window driven by messages: pages by tab, menu and private message; close and
 // minimise; the "-A" start; paths handed to the shredder; the notification icon.
 #include "app/DlgOptions.h"
+#include "app/ShellMessages.h"
 #include "app/StartupState.h"
 #include "base/ModulePath.h"
 #include "junk/JunkState.h"
@@ -34,7 +35,7 @@ TEST_F(MainWindowTest, StartsOnThePrivacyPageWithTheIconInTheNotificationArea) {
   EXPECT_EQ(Window().Tabs().Selected(), 0);
   EXPECT_EQ(VisiblePages(), (Pages{true, false, false, false}));
   EXPECT_TRUE(Window().HelpPage().IsVisible()) << "the help page lies underneath, always shown";
-  const NOTIFYICONDATAW& icon = Window().TrayRecord();
+  const NOTIFYICONDATAW& icon = Window().Tray().Record();
   EXPECT_EQ(icon.uID, kTrayIconId);
   EXPECT_EQ(icon.uCallbackMessage, kTrayCallbackMessage);
   EXPECT_EQ(icon.uFlags, 7u);
@@ -118,7 +119,7 @@ TEST_F(MainWindowTest, CloseButtonFollowsTheExitAndTraySettings) {
     EXPECT_EQ(quitPosted_, c.quits) << "exit " << c.exit << " tray " << c.tray;
     if (c.quits) {
       EXPECT_EQ(static_cast<int>(quitCode_), -1);
-      EXPECT_FALSE(Window().TrayIconAdded()) << "quitting removes the icon";
+      EXPECT_FALSE(Window().Tray().Added()) << "quitting removes the icon";
     }
     EXPECT_EQ(Window().IsVisible(), !c.hides) << "exit " << c.exit << " tray " << c.tray;
     window_.reset();
@@ -139,16 +140,16 @@ TEST_F(MainWindowTest, CloseAndMinimiseAreIgnoredDuringAJunkSearch) {
   Command(10202);
   EXPECT_FALSE(Window().IsVisible()) << "minimise hides to the notification area";
   EXPECT_FALSE(quitPosted_);
-  EXPECT_TRUE(Window().TrayIconAdded());
+  EXPECT_TRUE(Window().Tray().Added());
 }
 
 TEST_F(MainWindowTest, ExitCommandRemovesTheIconAndQuits) {
   Open();
-  ASSERT_TRUE(Window().TrayIconAdded());
+  ASSERT_TRUE(Window().Tray().Added());
   Command(20007);
   EXPECT_TRUE(quitPosted_);
   EXPECT_EQ(static_cast<int>(quitCode_), -1);
-  EXPECT_FALSE(Window().TrayIconAdded());
+  EXPECT_FALSE(Window().Tray().Added());
 }
 
 TEST_F(MainWindowTest, AutoStartStaysHiddenUntilAPageCommand) {
@@ -213,7 +214,7 @@ TEST_F(MainWindowTest, IconClicksAreIgnoredWhileAnyWorkRuns) {
     SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_RBUTTONUP);
     Pump();
     EXPECT_FALSE(Window().IsVisible());
-    EXPECT_FALSE(Window().TrayMenuBuilt());
+    EXPECT_FALSE(Window().Tray().MenuBuilt());
     *flag = 0;
   }
   SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId + 1, WM_LBUTTONDBLCLK);
@@ -226,7 +227,7 @@ TEST_F(MainWindowTest, IconClicksAreIgnoredWhileAnyWorkRuns) {
 
   ASSERT_NE(SetTimer(nullptr, 0, 300, CloseMenu), 0u);
   SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_RBUTTONUP);
-  EXPECT_TRUE(Window().TrayMenuBuilt()) << "the menu is built on first use";
+  EXPECT_TRUE(Window().Tray().MenuBuilt()) << "the menu is built on first use";
 }
 
 TEST_F(MainWindowTest, OneClickEraseIsRefusedDuringAScan) {
@@ -248,9 +249,9 @@ TEST_F(MainWindowTest, IconAnimatesThroughFourFramesAndShowsTheBalloonWhenHidden
   Window().StartTrayAnimation(L"Scanning in process", L"Scan Items:");
   std::vector<HICON> frames;
   for (int tick = 0; tick < 5; ++tick) {
-    SendMessageW(Main(), WM_TIMER, CPcDlg::kAnimationTimer, 0);
-    frames.push_back(Window().TrayRecord().hIcon);
-    EXPECT_EQ(Window().TrayRecord().uFlags, 7u) << "no balloon while the window shows";
+    SendMessageW(Main(), WM_TIMER, CTrayIcon::kAnimationTimer, 0);
+    frames.push_back(Window().Tray().Record().hIcon);
+    EXPECT_EQ(Window().Tray().Record().uFlags, 7u) << "no balloon while the window shows";
   }
   EXPECT_EQ(frames[4], frames[0]) << "four frames, then again from the first";
   for (size_t a = 0; a < 4; ++a) {
@@ -258,19 +259,19 @@ TEST_F(MainWindowTest, IconAnimatesThroughFourFramesAndShowsTheBalloonWhenHidden
       EXPECT_NE(frames[a], frames[b]) << "frames " << a << " and " << b;
     }
   }
-  EXPECT_STREQ(Window().TrayRecord().szTip, L"Scanning in process");
+  EXPECT_STREQ(Window().Tray().Record().szTip, L"Scanning in process");
 
   Window().Show(SW_HIDE);
-  SendMessageW(Main(), WM_TIMER, CPcDlg::kAnimationTimer, 0);
-  EXPECT_EQ(Window().TrayRecord().uFlags, 23u);
-  EXPECT_EQ(Window().TrayRecord().uTimeout, 1000u);
-  EXPECT_STREQ(Window().TrayRecord().szInfo, L"Scan Items:0");
-  EXPECT_STREQ(Window().TrayRecord().szInfoTitle, L"Scanning in process");
+  SendMessageW(Main(), WM_TIMER, CTrayIcon::kAnimationTimer, 0);
+  EXPECT_EQ(Window().Tray().Record().uFlags, 23u);
+  EXPECT_EQ(Window().Tray().Record().uTimeout, 1000u);
+  EXPECT_STREQ(Window().Tray().Record().szInfo, L"Scan Items:0");
+  EXPECT_STREQ(Window().Tray().Record().szInfoTitle, L"Scanning in process");
 
   Window().StopTrayAnimation(L"Scanning is completed", L"Total Scan Items:");
-  EXPECT_STREQ(Window().TrayRecord().szTip, L"Lumenor") << "the title goes back to the product";
-  EXPECT_STREQ(Window().TrayRecord().szInfoTitle, L"Scanning is completed");
-  EXPECT_NE(Window().TrayRecord().hIcon, frames[0]);
+  EXPECT_STREQ(Window().Tray().Record().szTip, L"Lumenor") << "the title goes back to the product";
+  EXPECT_STREQ(Window().Tray().Record().szInfoTitle, L"Scanning is completed");
+  EXPECT_NE(Window().Tray().Record().hIcon, frames[0]);
 }
 
 }  // namespace

@@ -115,14 +115,14 @@ TEST_F(SchedulerTick, FiringShowsTheBalloonBeforeTheErasesStagesTakeOver) {
   now_ = At(14, 9, 38);
   Window().ScanPage().SetSettingsFile(oneClickList_);
   SendMessageW(Main(), WM_TIMER, CPcDlg::kSchedulerTimer, 0);
-  const NOTIFYICONDATAW& icon = Window().TrayRecord();
+  const NOTIFYICONDATAW& icon = Window().Tray().Record();
   EXPECT_EQ(icon.uFlags, 16u);
   EXPECT_EQ(icon.uTimeout, 2000u);
   EXPECT_EQ(icon.dwInfoFlags, static_cast<DWORD>(NIIF_INFO));
   EXPECT_STREQ(icon.szInfoTitle, L"Auto Scan");
   EXPECT_STREQ(icon.szInfo, L"正在执行自动扫描程序");
   Window().ScanPage().WaitForWorker();
-  EXPECT_EQ(Window().TrayTitle(), L"Lumenor") << "the erase ended and the icon is the main one again";
+  EXPECT_EQ(Window().Tray().Title(), L"Lumenor") << "the erase ended and the icon is the main one again";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// How the junk pages tell the user something or ask a question: the system's message
+// How a page tells the user something or asks a question: the system's message
 // box, unless a test answers in its place.
 #pragma once
 

@@ -2,7 +2,7 @@
 // items, and the defaults written when the file is missing.
 #pragma once
 
-#include "app/IniFileRW.h"
+#include "settings/IniFileRW.h"
 
 #include <span>
 #include <vector>
@@ -24,7 +24,17 @@ struct OptionValues {
   int pm = 0;  // "when": 0 AM, 1 PM
 };
 
+// One option of the file, in the order a fresh file lists them.
+enum class Option { kRunAtStartup, kAutoUpdate, kExit, kTray, kScheduleOn, kDay, kHour, kMinute, kWhen };
+inline constexpr Option kAllOptions[] = {Option::kRunAtStartup, Option::kAutoUpdate, Option::kExit,
+                                         Option::kTray,         Option::kScheduleOn, Option::kDay,
+                                         Option::kHour,         Option::kMinute,     Option::kWhen};
+
+int& ValueOf(OptionValues& options, Option option);
+int ValueOf(const OptionValues& options, Option option);
+
 OptionValues ReadOptionValues(const CIniFileRW& file);
+bool WriteOption(const CIniFileRW& file, Option option, int value);
 bool WriteOptionValues(const CIniFileRW& file, const OptionValues& options);
 
 // The saved selections of privacy items. Each is a section with a count key (the

@@ -1,4 +1,4 @@
-#include "app/Settings.h"
+#include "settings/Settings.h"
 
 #include <algorithm>
 #include <iterator>
@@ -34,6 +34,35 @@ constexpr unsigned kOneClickDefaults[] = {104, 105, 106, 107, 108, 109, 113, 129
 constexpr unsigned kDefaultScanWrites[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 135, 139, 141};
 constexpr int kLastDefaultScanKey = 9;
 
+struct OptionKey {
+  const wchar_t* section;
+  const wchar_t* name;
+};
+
+OptionKey KeyOf(Option option) {
+  switch (option) {
+    case Option::kRunAtStartup:
+      return {kGeneral, kRunAtStartup};
+    case Option::kAutoUpdate:
+      return {kGeneral, kAutoUpdate};
+    case Option::kExit:
+      return {kExitSetting, kExit};
+    case Option::kTray:
+      return {kExitSetting, kTray};
+    case Option::kScheduleOn:
+      return {kScheduler, kEvery};
+    case Option::kDay:
+      return {kScheduler, kDay};
+    case Option::kHour:
+      return {kScheduler, kHour};
+    case Option::kMinute:
+      return {kScheduler, kMinute};
+    case Option::kWhen:
+      break;
+  }
+  return {kScheduler, kWhen};
+}
+
 struct ListKeys {
   const wchar_t* section;
   const wchar_t* countKey;
@@ -63,30 +92,54 @@ std::vector<unsigned> ReadEntries(const CIniFileRW& file, const wchar_t* section
 
 }  // namespace
 
+int& ValueOf(OptionValues& options, Option option) {
+  switch (option) {
+    case Option::kRunAtStartup:
+      return options.runAtStartup;
+    case Option::kAutoUpdate:
+      return options.autoUpdate;
+    case Option::kExit:
+      return options.exitOnClose;
+    case Option::kTray:
+      return options.trayOnClose;
+    case Option::kScheduleOn:
+      return options.scheduleOn;
+    case Option::kDay:
+      return options.day;
+    case Option::kHour:
+      return options.hour;
+    case Option::kMinute:
+      return options.minute;
+    case Option::kWhen:
+      break;
+  }
+  return options.pm;
+}
+
+int ValueOf(const OptionValues& options, Option option) {
+  OptionValues copy = options;
+  return ValueOf(copy, option);
+}
+
 OptionValues ReadOptionValues(const CIniFileRW& file) {
   OptionValues options;
-  options.runAtStartup = file.ReadInt(kGeneral, kRunAtStartup);
-  options.autoUpdate = file.ReadInt(kGeneral, kAutoUpdate);
-  options.exitOnClose = file.ReadInt(kExitSetting, kExit);
-  options.trayOnClose = file.ReadInt(kExitSetting, kTray);
-  options.scheduleOn = file.ReadInt(kScheduler, kEvery);
-  options.day = file.ReadInt(kScheduler, kDay);
-  options.hour = file.ReadInt(kScheduler, kHour);
-  options.minute = file.ReadInt(kScheduler, kMinute);
-  options.pm = file.ReadInt(kScheduler, kWhen);
+  for (const Option option : kAllOptions) {
+    const OptionKey key = KeyOf(option);
+    ValueOf(options, option) = file.ReadInt(key.section, key.name);
+  }
   return options;
 }
 
+bool WriteOption(const CIniFileRW& file, Option option, int value) {
+  const OptionKey key = KeyOf(option);
+  return file.WriteInt(key.section, key.name, value);
+}
+
 bool WriteOptionValues(const CIniFileRW& file, const OptionValues& options) {
-  bool written = file.WriteInt(kGeneral, kRunAtStartup, options.runAtStartup);
-  written &= file.WriteInt(kGeneral, kAutoUpdate, options.autoUpdate);
-  written &= file.WriteInt(kExitSetting, kExit, options.exitOnClose);
-  written &= file.WriteInt(kExitSetting, kTray, options.trayOnClose);
-  written &= file.WriteInt(kScheduler, kEvery, options.scheduleOn);
-  written &= file.WriteInt(kScheduler, kDay, options.day);
-  written &= file.WriteInt(kScheduler, kHour, options.hour);
-  written &= file.WriteInt(kScheduler, kMinute, options.minute);
-  written &= file.WriteInt(kScheduler, kWhen, options.pm);
+  bool written = true;
+  for (const Option option : kAllOptions) {
+    written &= WriteOption(file, option, ValueOf(options, option));
+  }
   return written;
 }
 

@@ -1,4 +1,4 @@
-#include "app/IniFileRW.h"
+#include "settings/IniFileRW.h"
 
 #include "base/ModulePath.h"
 
