@@ -8,6 +8,7 @@
 #include "res/resource.h"
 #include "settings/StartupEntry.h"
 
+#include <iterator>
 #include <span>
 #include <string>
 
@@ -85,11 +86,16 @@ void CDlgOptions::FillTimeLists() const {
   AddEntry(Item(IDC_OPTIONS_WHEN), LoadResourceString(IDS_OPTIONS_PM));
 }
 
-void CDlgOptions::ShowOptions() const {
+void CDlgOptions::ShowOptions() {
   for (const std::span<const BoxOption> boxes : kAllBoxes) {
     for (const BoxOption& box : boxes) {
       (void)::CheckDlgButton(window_, box.control, ValueOf(Options, box.option) == 1 ? BST_CHECKED : BST_UNCHECKED);
     }
+  }
+  // A file may hold both choices (an empty one reads as all ones); the buttons can show
+  // only one, and which one is up to the system. What they show is then the unchanged state.
+  for (size_t index = 0; index < std::size(kCloseChoices); ++index) {
+    closeChoicesShown_[index] = Checked(kCloseChoices[index].control);
   }
   for (const BoxOption& list : kTimeLists) {
     HWND control = Item(list.control);
@@ -110,11 +116,14 @@ int CDlgOptions::Checked(int id) const { return ::IsDlgButtonChecked(window_, id
 int CDlgOptions::Selected(int id) const { return static_cast<int>(::SendMessageW(Item(id), CB_GETCURSEL, 0, 0)); }
 
 bool CDlgOptions::Changed() const {
-  for (const std::span<const BoxOption> boxes : kAllBoxes) {
-    for (const BoxOption& box : boxes) {
-      if (Checked(box.control) != ValueOf(Options, box.option)) {
-        return true;
-      }
+  for (const BoxOption& box : kCheckBoxes) {
+    if (Checked(box.control) != ValueOf(Options, box.option)) {
+      return true;
+    }
+  }
+  for (size_t index = 0; index < std::size(kCloseChoices); ++index) {
+    if (Checked(kCloseChoices[index].control) != closeChoicesShown_[index]) {
+      return true;
     }
   }
   if (Checked(IDC_OPTIONS_SCAN_EVERY) == 0) {
@@ -168,10 +177,14 @@ void CDlgOptions::Save() {
     }
   }
   // "exit" and "tray" are written only when they changed.
-  for (const BoxOption& radio : kCloseChoices) {
+  for (size_t index = 0; index < std::size(kCloseChoices); ++index) {
+    const BoxOption& radio = kCloseChoices[index];
     const int checked = Checked(radio.control);
     if (checked != ValueOf(Options, radio.option)) {
       write(radio.option, checked);
+    }
+    if (checked == ValueOf(Options, radio.option)) {
+      closeChoicesShown_[index] = checked;
     }
   }
 }

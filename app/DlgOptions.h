@@ -9,6 +9,7 @@
 #include "controls/UserPrompt.h"
 #include "settings/Settings.h"
 
+#include <array>
 #include <functional>
 
 namespace lumenor {
@@ -45,7 +46,7 @@ class CDlgOptions : public controls::CDialog {
  private:
   void FillTimeLists() const;
   // Puts every control back to its option value.
-  void ShowOptions() const;
+  void ShowOptions();
   void EnableTimeLists(bool enable) const;
   int Checked(int id) const;
   int Selected(int id) const;
@@ -55,6 +56,8 @@ class CDlgOptions : public controls::CDialog {
   MessageBoxFunction messageBox_ = SystemMessageBox;
   std::function<void()> updateCheck_;
   std::wstring programPath_;
+  // "Exit" and "Minimize to Tray" as the page showed them for the values in force.
+  std::array<int, 2> closeChoicesShown_{};
 };
 
 }  // namespace lumenor

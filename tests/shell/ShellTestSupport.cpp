@@ -7,6 +7,8 @@
 namespace lumenor::testing {
 
 void MainWindowTest::SetUp() {
+  // No test reaches out to the real site, whatever its settings file starts.
+  ASSERT_TRUE(SetEnvironmentVariableW(kMakerSiteVariable, L"http://127.0.0.1:8080"));
   AutoStarted = 0;
   ShredPathArgument.clear();
   ScanBusy = 0;
@@ -29,6 +31,12 @@ void MainWindowTest::Open() {
     opened_.push_back({target, show});
   });
   window_->SetClock([this] { return now_; });
+  const MessageBoxFunction recorder = [this](HWND, const std::wstring& text, const std::wstring& caption, UINT type) {
+    messageBoxes_.push_back({text, caption, type});
+    return answer_;
+  };
+  window_->OptionsPage().SetMessageBox(recorder);
+  window_->UpdateCheck().SetMessageBox(recorder);
   ASSERT_TRUE(window_->Create(nullptr));
   window_->Show(SW_SHOW);
   (void)UpdateWindow(Main());
@@ -46,6 +54,18 @@ void MainWindowTest::Pump() {
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
+}
+
+bool MainWindowTest::PumpUntil(const std::function<bool()>& done, DWORD timeoutMs) {
+  const ULONGLONG start = GetTickCount64();
+  while (!done()) {
+    if (GetTickCount64() - start > timeoutMs) {
+      return false;
+    }
+    (void)MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+    Pump();
+  }
+  return true;
 }
 
 std::vector<bool> MainWindowTest::VisiblePages() {

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -18,6 +19,12 @@ struct OpenedPage {
   int showCommand;
 };
 
+struct MessageBoxCall {
+  std::wstring text;
+  std::wstring caption;
+  UINT type;
+};
+
 class MainWindowTest : public ::testing::Test {
  protected:
   void SetUp() override;
@@ -27,6 +34,8 @@ class MainWindowTest : public ::testing::Test {
   void Open();
   // Runs the messages waiting for this thread; a quit message is noted, not acted on.
   void Pump();
+  // Pumps until `done` holds or `timeoutMs` passed; whether it held.
+  bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs = 15000);
   void Command(int id) {
     SendMessageW(Main(), WM_COMMAND, static_cast<WPARAM>(id), 0);
     Pump();
@@ -38,6 +47,9 @@ class MainWindowTest : public ::testing::Test {
 
   std::unique_ptr<CPcDlg> window_;
   std::vector<OpenedPage> opened_;
+  // Every message box of the settings page and the update check, answered with `answer_`.
+  std::vector<MessageBoxCall> messageBoxes_;
+  int answer_ = IDCANCEL;
   SYSTEMTIME now_{};
   bool quitPosted_ = false;
   WPARAM quitCode_ = 0;
