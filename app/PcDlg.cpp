@@ -39,29 +39,43 @@ bool CPcDlg::OnInit() {
   if (::PathFileExistsW(settingsPath.c_str()) == FALSE) {
     (void)WriteDefaultSettings(CIniFileRW(kSettingsFileName));  // a failed write reads as defaults of 1
   }
+  // The options are in force from the start; the settings page that shows them is made
+  // when it is first shown, as every page but the first.
+  Options = ReadOptionValues(CIniFileRW(kSettingsFileName));
   skin_.SetUp(window_, tray_.MainIcon(), opener_);
-  CreatePages();
   const controls::CDialog* const pages[] = {&scan_, &options_, &shred_, &junk_, &help_};
   skin_.LayOut(pages);
-  (void)tray_.Add(window_);  // without a notification area the window works all the same
-
-  int tab = kScanPage;
-  if (!ShredPathArgument.empty()) {
-    tab = kShredPage;
-    (void)shred_.AddPath(ShredPathArgument);  // a file that cannot be listed is left out
-  }
-  skin_.Tabs().Select(tab);
-  ShowPage(tab);
-
+  WirePages();
   (void)StartTimer(kSchedulerTimer, kSchedulerPeriodMs);  // without it there is no scheduled scan
   updateCheck_.Bind(window_);
-  if (Options.autoUpdate == 1) {
-    (void)updateCheck_.Start(UpdateCheckRunner::Mode::kSilent);  // speaks only of a newer version
+  // The rest waits until the frame is on screen.
+  if (!Post(kFinishStartUpMessage)) {
+    FinishStartUp();
   }
   return true;
 }
 
-void CPcDlg::CreatePages() {
+void CPcDlg::FinishStartUp() {
+  if (AutoStarted == 0) {
+    // The frame shows at once; the first page, the slowest part to make, fills it next.
+    Show(SW_SHOW);
+    (void)::UpdateWindow(window_);  // nothing to paint yet is no failure
+  }
+  (void)MadePage(help_);
+  (void)tray_.Add(window_);  // without a notification area the window works all the same
+  int tab = kScanPage;
+  if (!ShredPathArgument.empty()) {
+    tab = kShredPage;
+    (void)ShredPage().AddPath(ShredPathArgument);  // a file that cannot be listed is left out
+  }
+  skin_.Tabs().Select(tab);
+  ShowPage(tab);
+  if (Options.autoUpdate == 1) {
+    (void)updateCheck_.Start(UpdateCheckRunner::Mode::kSilent);  // speaks only of a newer version
+  }
+}
+
+void CPcDlg::WirePages() {
   // The scan page's workers tell their stages in the notification area.
   scan_.SetStatusSink([this](bool started, const std::wstring& status, const std::wstring& caption) {
     if (started) {
@@ -71,15 +85,22 @@ void CPcDlg::CreatePages() {
     }
   });
   options_.SetUpdateCheck([this] { (void)updateCheck_.Start(UpdateCheckRunner::Mode::kInteractive); });
-  controls::CDialog* pages[] = {&scan_, &options_, &shred_, &junk_, &help_};
-  for (controls::CDialog* page : pages) {
-    (void)page->Create(window_);  // a page that could not be made stays blank
+}
+
+bool CPcDlg::MadePage(controls::CDialog& page) {
+  if (page.Handle() != nullptr) {
+    return true;
   }
-  // The help page lies under the others.
-  if (help_.Handle() != nullptr) {
+  if (window_ == nullptr || !page.Create(window_)) {
+    return false;  // a page that could not be made stays blank
+  }
+  skin_.PlacePage(page);
+  if (&page == &help_) {
+    // The help page lies under the others.
     (void)::SetWindowPos(help_.Handle(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     help_.Show(SW_SHOW);
   }
+  return true;
 }
 
 void CPcDlg::ShowPage(int index) {
@@ -93,17 +114,17 @@ void CPcDlg::ShowPage(int index) {
   junk_.Show(SW_HIDE);
   switch (index) {
     case kScanPage:
-      scan_.Show(SW_SHOW);
+      ScanPage().Show(SW_SHOW);
       break;
     case kJunkPage:
-      junk_.ResetToSetUp();
+      JunkPage().ResetToSetUp();
       junk_.Show(SW_SHOW);
       break;
     case kShredPage:
-      shred_.Show(SW_SHOW);
+      ShredPage().Show(SW_SHOW);
       break;
     case kOptionsPage:
-      options_.ShowPage(SW_SHOW);
+      OptionsPage().ShowPage(SW_SHOW);
       break;
     default:
       break;  // the help page, always underneath, shows through
@@ -166,7 +187,7 @@ bool CPcDlg::OnCommand(int id, int code, HWND control) {
       return true;
     case ID_TRAY_ONE_CLICK:
       if (ScanBusy == 0) {
-        (void)scan_.StartOneClickErase();  // refused while the page's worker runs
+        (void)ScanPage().StartOneClickErase();  // refused while the page's worker runs
       }
       return true;
     case ID_TRAY_EXIT:
@@ -216,7 +237,7 @@ void CPcDlg::SchedulerTick() {
     return;
   }
   tray_.ShowBalloon(LoadResourceString(IDS_AUTO_SCAN_TITLE), LoadResourceString(IDS_AUTO_SCAN_TEXT), 2000);
-  (void)scan_.StartOneClickErase();  // cannot be refused: nothing runs
+  (void)ScanPage().StartOneClickErase();  // cannot be refused: nothing runs
 }
 
 void CPcDlg::StartTrayAnimation(const std::wstring& title, const std::wstring& text) {
@@ -257,7 +278,7 @@ void CPcDlg::OnCopyData(const COPYDATASTRUCT& data) {
     }
   }
   ShowPage(kShredPage);
-  (void)shred_.AddPath(path);  // a file that cannot be listed is left out
+  (void)ShredPage().AddPath(path);  // a file that cannot be listed is left out
   Show(SW_SHOWNORMAL);
 }
 
@@ -275,6 +296,9 @@ bool CPcDlg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& resu
       return true;
     case kShowShredderMessage:
       ShowPage(kShredPage);
+      return true;
+    case kFinishStartUpMessage:
+      FinishStartUp();
       return true;
     case WM_COPYDATA:
       OnCopyData(*reinterpret_cast<const COPYDATASTRUCT*>(lParam));

@@ -45,11 +45,12 @@ class CPcDlg : public controls::CDialog {
   // While 1, the scheduler's tick does nothing. Nothing in the program sets it.
   void SetSchedulerSuspended(int suspended) { schedulerSuspended_ = suspended; }
 
-  CDlgScan& ScanPage() { return scan_; }
-  CDlgJunk& JunkPage() { return junk_; }
-  CDlgShred& ShredPage() { return shred_; }
-  CDlgOptions& OptionsPage() { return options_; }
-  CDlgHelp& HelpPage() { return help_; }
+  // The pages, each made when it is first needed (the window must exist).
+  CDlgScan& ScanPage() { return Made(scan_); }
+  CDlgJunk& JunkPage() { return Made(junk_); }
+  CDlgShred& ShredPage() { return Made(shred_); }
+  CDlgOptions& OptionsPage() { return Made(options_); }
+  CDlgHelp& HelpPage() { return Made(help_); }
   const controls::CMyTabCtrl& Tabs() const { return skin_.Tabs(); }
   // Where the skin's bands and controls lie in the client area.
   const FrameLayout& Frame() const { return skin_.Layout(); }
@@ -66,7 +67,18 @@ class CPcDlg : public controls::CDialog {
   bool OnClose() override;
 
  private:
-  void CreatePages();
+  // What start-up does once the frame can be shown: the icon, the first page, the
+  // update check.
+  void FinishStartUp();
+  // Hands the pages what they report to; they need no window for it.
+  void WirePages();
+  // Makes `page` inside the frame unless it exists; false when it could not be made.
+  bool MadePage(controls::CDialog& page);
+  template <typename Page>
+  Page& Made(Page& page) {
+    (void)MadePage(page);
+    return page;
+  }
   void OnTrayCallback(UINT iconId, UINT mouseMessage);
   void SchedulerTick();
   void OnCopyData(const COPYDATASTRUCT& data);

@@ -13,5 +13,7 @@ inline constexpr UINT kTrayIconId = 128;
 inline constexpr UINT kShowPageMessage = WM_USER + 100;
 // Shows the shredder page.
 inline constexpr UINT kShowShredderMessage = WM_USER + 101;
+// Posted to itself at start: the rest of start-up, once the frame is up.
+inline constexpr UINT kFinishStartUpMessage = WM_USER + 102;
 
 }  // namespace lumenor

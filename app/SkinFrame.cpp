@@ -101,11 +101,9 @@ void CSkinFrame::LayOut(std::span<const controls::CDialog* const> pages) {
   };
   FrameParts parts;
   for (const controls::CDialog* page : pages) {
-    if (page->Handle() != nullptr) {
-      const SIZE size = controls::TemplateSize(page->Handle(), page->TemplateId());
-      parts.largestPage.cx = std::max(parts.largestPage.cx, size.cx);
-      parts.largestPage.cy = std::max(parts.largestPage.cy, size.cy);
-    }
+    const SIZE size = controls::TemplateSize(window_, page->TemplateId());
+    parts.largestPage.cx = std::max(parts.largestPage.cx, size.cx);
+    parts.largestPage.cy = std::max(parts.largestPage.cy, size.cy);
   }
   parts.tabStrip = tabs_.StripSize();
   parts.icon = SIZE{::GetSystemMetrics(SM_CXSMICON), ::GetSystemMetrics(SM_CYSMICON)};
@@ -136,8 +134,7 @@ void CSkinFrame::LayOut(std::span<const controls::CDialog* const> pages) {
   (void)tabs_.Move(layout_.tabOrigin.x, layout_.tabOrigin.y, parts.tabStrip.cx, parts.tabStrip.cy);
   for (const controls::CDialog* page : pages) {
     if (page->Handle() != nullptr) {
-      const SIZE size = controls::TemplateSize(page->Handle(), page->TemplateId());
-      (void)page->Move(layout_.pages.left, layout_.pages.top, size.cx, size.cy);  // an unmoved page shows at 0, 0
+      PlacePage(*page);
     }
   }
 
@@ -153,6 +150,11 @@ void CSkinFrame::LayOut(std::span<const controls::CDialog* const> pages) {
   }
   (void)controls::CWindow(window_).Move(work.left + (controls::Width(work) - width) / 2,
                                          work.top + (controls::Height(work) - height) / 2, width, height);
+}
+
+void CSkinFrame::PlacePage(const controls::CDialog& page) const {
+  const SIZE size = controls::TemplateSize(page.Handle(), page.TemplateId());
+  (void)page.Move(layout_.pages.left, layout_.pages.top, size.cx, size.cy);  // an unmoved page shows at 0, 0
 }
 
 void CSkinFrame::Paint(HDC target) const {

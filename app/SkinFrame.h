@@ -27,9 +27,11 @@ class CSkinFrame {
   // Takes over `window`'s frame: drops the system caption and sets up the tab strip,
   // the buttons and the home-page link (opened through `opener`).
   void SetUp(HWND window, HICON icon, const PageOpener& opener);
-  // Sizes the window around the largest of `pages`, places every band, control and page,
-  // and centres the window on the work area.
+  // Sizes the window around the largest of `pages` (made or not: they share the window's
+  // dialog font), places every band and control, and centres the window on the work area.
   void LayOut(std::span<const controls::CDialog* const> pages);
+  // Puts a made page into the room for the pages, at its template's size.
+  void PlacePage(const controls::CDialog& page) const;
   void Paint(HDC target) const;
   // Whether a point of the client area lies on the caption band, which moves the window.
   bool OnCaption(POINT client) const { return client.y >= 0 && client.y < layout_.caption.bottom; }

@@ -8,6 +8,7 @@
 #include "app/PcDlg.h"
 #include "base/ModulePath.h"
 #include "catalogue/Catalogue.h"
+#include "settings/Settings.h"
 
 #include <windows.h>
 
@@ -53,6 +54,22 @@ BOOL CALLBACK FindVisibleMainWindow(HWND window, LPARAM data) {
   return TRUE;
 }
 
+BOOL CALLBACK FindVisibleTree(HWND window, LPARAM data) {
+  wchar_t name[32] = {};
+  if (IsWindowVisible(window) != FALSE && GetClassNameW(window, name, 32) > 0 && wcscmp(name, L"SysTreeView32") == 0) {
+    *reinterpret_cast<HWND*>(data) = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+// The privacy page is ready when its item tree shows.
+bool FirstPageReady(HWND mainWindow) {
+  HWND tree = nullptr;
+  (void)EnumChildWindows(mainWindow, FindVisibleTree, reinterpret_cast<LPARAM>(&tree));
+  return tree != nullptr;
+}
+
 // The main window is the wide one (the splash is narrower).
 HWND VisibleMainWindowOf(DWORD processId) {
   WindowSearch search{processId, nullptr};
@@ -61,6 +78,8 @@ HWND VisibleMainWindowOf(DWORD processId) {
 }
 
 void InProcess() {
+  // As at every start but the first: the settings file is there.
+  (void)lumenor::WriteDefaultSettings(lumenor::CIniFileRW(lumenor::kSettingsFileName));
   const auto start = Clock::now();
   lumenor::CDlgWelcome splash;
   if (splash.Create(nullptr)) {
@@ -80,18 +99,22 @@ void InProcess() {
   step = Clock::now();
   window.Show(SW_SHOW);
   (void)UpdateWindow(window.Handle());
-  Pump();
   const double showMs = MsSince(step);
+  const double visibleMs = MsSince(start);
+  step = Clock::now();
+  Pump();  // the rest of start-up: the first page, the notification icon
+  const double pageMs = MsSince(step);
   std::printf(
-      "in-process: splash %.1f ms, catalogue %.1f ms, main window made %.1f ms, shown and painted %.1f ms, "
-      "total %.1f ms%s\n",
-      splashMs, catalogueMs, createMs, showMs, MsSince(start), made ? "" : " (main window failed)");
+      "in-process: splash %.1f ms, catalogue %.1f ms, main window made %.1f ms, shown and painted %.1f ms: "
+      "visible main window after %.1f ms of our own work (target 150); first page made %.1f ms later%s\n",
+      splashMs, catalogueMs, createMs, showMs, visibleMs, pageMs, made ? "" : " (main window failed)");
   lumenor::FreeCatalogue();
 }
 
 void WholeProgram(int runs) {
   const std::wstring program = lumenor::ModuleFolder() + L"lumenor.exe";
   std::vector<double> figures;
+  std::vector<double> ready;
   for (int run = 0; run < runs; ++run) {
     std::wstring commandLine = L"\"" + program + L"\"";
     STARTUPINFOW startup{};
@@ -108,6 +131,10 @@ void WholeProgram(int runs) {
       Sleep(2);
     }
     figures.push_back(MsSince(start) - 1000.0);
+    while (window != nullptr && !FirstPageReady(window) && MsSince(start) < 30000) {
+      Sleep(2);
+    }
+    ready.push_back(MsSince(start) - 1000.0);
     if (window != nullptr) {
       (void)PostMessageW(window, WM_COMMAND, 20007, 0);  // "Exit"
     }
@@ -116,10 +143,14 @@ void WholeProgram(int runs) {
     (void)CloseHandle(process.hProcess);
   }
   std::sort(figures.begin(), figures.end());
+  std::sort(ready.begin(), ready.end());
   std::printf(
       "whole program, start to visible main window less the 1000 ms pause, %d runs: median %.0f ms, "
       "best %.0f ms, worst %.0f ms\n",
       runs, figures[figures.size() / 2], figures.front(), figures.back());
+  std::printf("whole program, start to the privacy page's tree shown, less the pause: median %.0f ms, best %.0f ms, "
+              "worst %.0f ms\n",
+              ready[ready.size() / 2], ready.front(), ready.back());
 }
 
 }  // namespace
