@@ -95,9 +95,12 @@ bool CPcDlg::MadePage(controls::CDialog& page) {
     return false;  // a page that could not be made stays blank
   }
   skin_.PlacePage(page);
-  if (&page == &help_) {
-    // The help page lies under the others.
-    (void)::SetWindowPos(help_.Handle(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  // A new child window goes to the bottom of its siblings: the help page lies under the
+  // others, every other page above it.
+  const bool help = &page == &help_;
+  (void)::SetWindowPos(page.Handle(), help ? HWND_BOTTOM : HWND_TOP, 0, 0, 0, 0,
+                       SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);  // fails only for a window that went
+  if (help) {
     help_.Show(SW_SHOW);
   }
   return true;

@@ -65,6 +65,27 @@ TEST_F(MainWindowTest, MenuCommandsSelectTheirTabAndPage) {
   EXPECT_TRUE(opened_.empty());
 }
 
+TEST_F(MainWindowTest, EachPageShowsAboveTheHelpPageWhenFirstMade) {
+  Open();
+  const RECT& pages = Window().Frame().pages;
+  const POINT middle{(pages.left + pages.right) / 2, (pages.top + pages.bottom) / 2};
+  const struct {
+    int command;
+    HWND (*page)(CPcDlg&);
+  } cases[] = {
+      {20001, [](CPcDlg& window) { return window.JunkPage().Handle(); }},
+      {20003, [](CPcDlg& window) { return window.ShredPage().Handle(); }},
+      {20002, [](CPcDlg& window) { return window.OptionsPage().Handle(); }},
+      {20000, [](CPcDlg& window) { return window.ScanPage().Handle(); }},
+  };
+  for (const auto& c : cases) {
+    Command(c.command);
+    EXPECT_EQ(ChildWindowFromPointEx(Main(), middle, CWP_SKIPINVISIBLE), c.page(Window())) << c.command;
+  }
+  Command(20004);
+  EXPECT_EQ(ChildWindowFromPointEx(Main(), middle, CWP_SKIPINVISIBLE), Window().HelpPage().Handle());
+}
+
 TEST_F(MainWindowTest, ClickingATabShowsItsPageAndRefreshesTheJunkPage) {
   Open();
   const int resetsBefore = Window().JunkPage().Resets();
