@@ -683,7 +683,7 @@ def make_splash():
     text_at(plain, 165, 206, "Erase histories, caches, junk files", 12, lighter(PRIMARY, 0.65))
     text_at(plain, 165, 224, "and shred what must never come back.", 12, lighter(PRIMARY, 0.65))
     text_at(plain, 24, 280, "Starting\u2026", 11, lighter(PRIMARY, 0.55))
-    text_at(plain, SPLASH_W - 24, 280, "Version 1.0", 11, lighter(PRIMARY, 0.55), anchor="rs")
+    text_at(plain, SPLASH_W - 24, 280, "Version " + program_version(), 11, lighter(PRIMARY, 0.55), anchor="rs")
     write_bitmap(block, "IDB_SPLASH", 227, "splash.bmp", plain,
                  note="456x300 splash: product mark, name and purpose")
 
@@ -1155,6 +1155,17 @@ def contact_sheet(path):
     del col_w
     os.makedirs(os.path.dirname(path), exist_ok=True)
     sheet.save(path)
+
+
+def program_version():
+    """The version as the program tells it: major.minor, from res/version.h."""
+    parts = {}
+    with open(os.path.join(ROOT, "res", "version.h"), encoding="utf-8") as header:
+        for line in header:
+            words = line.split()
+            if len(words) == 3 and words[0] == "#define" and words[1].startswith("LUMENOR_VERSION_"):
+                parts[words[1][len("LUMENOR_VERSION_"):]] = words[2]
+    return "%s.%s" % (parts["MAJOR"], parts["MINOR"])
 
 
 def main():
