@@ -55,6 +55,21 @@ class SettingsPage : public testing::MainWindowTest {
     return {IsWindowEnabled(Control(IDC_OPTIONS_DAY)) != FALSE, IsWindowEnabled(Control(IDC_OPTIONS_HOUR)) != FALSE,
             IsWindowEnabled(Control(IDC_OPTIONS_MINUTE)) != FALSE, IsWindowEnabled(Control(IDC_OPTIONS_WHEN)) != FALSE};
   }
+  // From the default file: every box, radio button and list to another value.
+  void ChangeEveryControl() {
+    Click(IDC_OPTIONS_AUTO_UPDATE);
+    Click(IDC_OPTIONS_SCAN_EVERY);
+    Click(IDC_OPTIONS_EXIT);
+    Choose(IDC_OPTIONS_DAY, 3);
+    Choose(IDC_OPTIONS_HOUR, 4);
+    Choose(IDC_OPTIONS_MINUTE, 5);
+    Choose(IDC_OPTIONS_WHEN, 1);
+  }
+  // Day, hour, minute and AM/PM as the lists show them.
+  std::vector<int> ShownTime() {
+    return {Selected(IDC_OPTIONS_DAY), Selected(IDC_OPTIONS_HOUR), Selected(IDC_OPTIONS_MINUTE),
+            Selected(IDC_OPTIONS_WHEN)};
+  }
   // Leaves the settings page for the privacy page, which asks about changes.
   void LeavePage() { Command(ID_TRAY_SECURITY); }
   int Stored(const wchar_t* section, const wchar_t* key) { return CIniFileRW(kSettingsFileName).ReadInt(section, key); }
@@ -84,8 +99,7 @@ TEST_F(SettingsPage, ShowsTheDefaultFileWithTheTimeListsFilledAndDisabled) {
   ASSERT_EQ(minutes.size(), 60u);
   EXPECT_EQ(minutes.back(), L"59");
   EXPECT_EQ(Entries(IDC_OPTIONS_WHEN), (std::vector<std::wstring>{L"AM", L"PM"}));
-  EXPECT_EQ((std::vector<int>{Selected(IDC_OPTIONS_DAY), Selected(IDC_OPTIONS_HOUR), Selected(IDC_OPTIONS_MINUTE),
-                              Selected(IDC_OPTIONS_WHEN)}),
+  EXPECT_EQ(ShownTime(),
             (std::vector<int>{0, 9, 38, 0}));
   EXPECT_EQ(TimeListsEnabled(), kAllOff);
 
@@ -102,8 +116,7 @@ TEST_F(SettingsPage, AnEmptyFileReadsAsAllOnes) {
     EXPECT_TRUE(Ticked(box)) << box;
   }
   EXPECT_EQ(Options.exitOnClose + Options.trayOnClose, 2);
-  EXPECT_EQ((std::vector<int>{Selected(IDC_OPTIONS_DAY), Selected(IDC_OPTIONS_HOUR), Selected(IDC_OPTIONS_MINUTE),
-                              Selected(IDC_OPTIONS_WHEN)}),
+  EXPECT_EQ(ShownTime(),
             (std::vector<int>{1, 1, 1, 1}));
   EXPECT_EQ(TimeListsEnabled(), kAllOn);
   LeavePage();
@@ -121,8 +134,7 @@ TEST_F(SettingsPage, NumbersTheListsCannotShowAreKeptAndNotCountedAsChanges) {
   EXPECT_EQ(Options.day, 9);
   EXPECT_EQ(Options.hour, 20);
   EXPECT_EQ(Options.minute, 75);
-  EXPECT_EQ((std::vector<int>{Selected(IDC_OPTIONS_DAY), Selected(IDC_OPTIONS_HOUR), Selected(IDC_OPTIONS_MINUTE),
-                              Selected(IDC_OPTIONS_WHEN)}),
+  EXPECT_EQ(ShownTime(),
             (std::vector<int>{CB_ERR, CB_ERR, CB_ERR, CB_ERR}));
   LeavePage();
   EXPECT_TRUE(messageBoxes_.empty());
@@ -166,13 +178,7 @@ TEST_F(SettingsPage, CancelPutsEveryControlBackAndOkSavesEverything) {
   (void)DeleteFileW(settings_.c_str());
   Open();
   Command(ID_TRAY_SETTINGS);
-  Click(IDC_OPTIONS_AUTO_UPDATE);
-  Click(IDC_OPTIONS_SCAN_EVERY);
-  Click(IDC_OPTIONS_EXIT);
-  Choose(IDC_OPTIONS_DAY, 3);
-  Choose(IDC_OPTIONS_HOUR, 4);
-  Choose(IDC_OPTIONS_MINUTE, 5);
-  Choose(IDC_OPTIONS_WHEN, 1);
+  ChangeEveryControl();
   answer_ = IDCANCEL;
   LeavePage();
   ASSERT_EQ(messageBoxes_.size(), 1u);
@@ -180,21 +186,14 @@ TEST_F(SettingsPage, CancelPutsEveryControlBackAndOkSavesEverything) {
   EXPECT_FALSE(Ticked(IDC_OPTIONS_SCAN_EVERY));
   EXPECT_FALSE(Ticked(IDC_OPTIONS_EXIT));
   EXPECT_TRUE(Ticked(IDC_OPTIONS_TRAY));
-  EXPECT_EQ((std::vector<int>{Selected(IDC_OPTIONS_DAY), Selected(IDC_OPTIONS_HOUR), Selected(IDC_OPTIONS_MINUTE),
-                              Selected(IDC_OPTIONS_WHEN)}),
+  EXPECT_EQ(ShownTime(),
             (std::vector<int>{0, 9, 38, 0}));
   EXPECT_EQ(TimeListsEnabled(), kAllOff);
   EXPECT_EQ(Stored(L"General Settings", L"Automaticly update"), 0);
 
   Command(ID_TRAY_SETTINGS);
   EXPECT_EQ(messageBoxes_.size(), 1u) << "showing the page again finds nothing changed";
-  Click(IDC_OPTIONS_AUTO_UPDATE);
-  Click(IDC_OPTIONS_SCAN_EVERY);
-  Click(IDC_OPTIONS_EXIT);
-  Choose(IDC_OPTIONS_DAY, 3);
-  Choose(IDC_OPTIONS_HOUR, 4);
-  Choose(IDC_OPTIONS_MINUTE, 5);
-  Choose(IDC_OPTIONS_WHEN, 1);
+  ChangeEveryControl();
   answer_ = IDOK;
   LeavePage();
   ASSERT_EQ(messageBoxes_.size(), 2u);
