@@ -6,7 +6,8 @@
 
 namespace lumenor {
 
-// `text` as a quoted JSON string, with quotes, backslashes and control characters escaped.
+// `text` as a quoted JSON string, with quotes, backslashes and control characters escaped,
+// and a surrogate without its partner written as its "\uXXXX" escape.
 std::wstring JsonString(std::wstring_view text);
 
 }  // namespace lumenor

@@ -95,6 +95,17 @@ std::wstring WithoutTrailingSlash(std::wstring path) {
   return path;
 }
 
+// The last name of a path as typed, separators at its end aside.
+std::wstring_view LastName(std::wstring_view path) {
+  while (!path.empty() && (path.back() == L'\\' || path.back() == L'/')) path.remove_suffix(1);
+  const size_t slash = path.find_last_of(L"\\/");
+  return slash == std::wstring_view::npos ? path : path.substr(slash + 1);
+}
+
+bool EndsInDotOrBlank(std::wstring_view name) {
+  return name != L"." && name != L".." && !name.empty() && (name.back() == L'.' || name.back() == L' ');
+}
+
 }  // namespace
 
 std::optional<ShredCommandOptions> ParseShredCommandOptions(const std::vector<std::wstring>& arguments,
@@ -137,6 +148,11 @@ int RunShredCommand(const ShredCommandOptions& options, const ConsoleOutput& out
   // nothing; refusals of single files are only printed.
   std::vector<Refusal> refusals;
   for (const std::wstring& path : options.paths) {
+    // The folder rules read "a." as "a", as Windows does; here that would shred "a".
+    if (EndsInDotOrBlank(LastName(path))) {
+      refusals.push_back({path, ShredFailure::kAmbiguousName});
+      continue;
+    }
     const FolderGuard::Check check = guard.Inspect(path);
     if (check.verdict == FolderVerdict::kRelativePath || check.verdict == FolderVerdict::kDevicePath ||
         check.verdict == FolderVerdict::kInvalidPath || check.folder.empty()) {

@@ -1,6 +1,7 @@
 #include "engine/FilePath.h"
 
-#include <windows.h>
+#include <algorithm>
+#include <array>
 
 namespace lumenor {
 
@@ -36,11 +37,20 @@ std::wstring FoldBackslashes(std::wstring_view path, size_t from) {
   return folded;
 }
 
+wchar_t UpperAscii(wchar_t c) { return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c; }
+
+bool SameAsciiText(std::wstring_view text, std::wstring_view upper) {
+  return text.size() == upper.size() &&
+         std::equal(text.begin(), text.end(), upper.begin(), [](wchar_t a, wchar_t b) { return UpperAscii(a) == b; });
+}
+
+// The digits Windows takes after COM and LPT: 0 to 9 and the superscripts one, two, three.
+bool IsPortDigit(wchar_t c) { return (c >= L'0' && c <= L'9') || c == L'\u00B9' || c == L'\u00B2' || c == L'\u00B3'; }
+
 }  // namespace
 
 std::wstring ForFileApi(std::wstring_view path) {
-  // Folders get 12 characters less than MAX_PATH from the plain API (room for an 8.3 name).
-  if (path.size() < MAX_PATH - 12 || path.substr(0, kLongPrefix.size()) == kLongPrefix) {
+  if (path.substr(0, kLongPrefix.size()) == kLongPrefix) {
     return std::wstring(path);
   }
   if (StartsWithDrive(path)) {
@@ -50,6 +60,29 @@ std::wstring ForFileApi(std::wstring_view path) {
     return std::wstring(kLongPrefix) + L"UNC\\" + FoldBackslashes(path.substr(2), 0);
   }
   return std::wstring(path);
+}
+
+bool IsDeviceName(std::wstring_view name) {
+  // The system reads only what stands before the first dot, less trailing blanks.
+  std::wstring_view stem = name.substr(0, name.find(L'.'));
+  while (!stem.empty() && stem.back() == L' ') stem.remove_suffix(1);
+  static constexpr std::array<std::wstring_view, 6> kPlain = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
+  if (std::any_of(kPlain.begin(), kPlain.end(), [&](std::wstring_view device) { return SameAsciiText(stem, device); })) {
+    return true;
+  }
+  return stem.size() == 4 && (SameAsciiText(stem.substr(0, 3), L"COM") || SameAsciiText(stem.substr(0, 3), L"LPT")) &&
+         IsPortDigit(stem[3]);
+}
+
+bool IsUnambiguousFileName(std::wstring_view name) {
+  if (name.empty() || name == L"." || name == L".." || name.back() == L'.' || name.back() == L' ') {
+    return false;
+  }
+  const bool forbidden = std::any_of(name.begin(), name.end(), [](wchar_t c) {
+    return c < 32 || c == L'<' || c == L'>' || c == L':' || c == L'"' || c == L'/' || c == L'\\' || c == L'|' ||
+           c == L'?' || c == L'*';
+  });
+  return !forbidden && !IsDeviceName(name);
 }
 
 }  // namespace lumenor

@@ -6,7 +6,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
 
 namespace lumenor {
 
@@ -26,17 +25,6 @@ bool SameText(std::wstring_view a, std::wstring_view b) {
 
 bool StartsWithText(std::wstring_view text, std::wstring_view start) {
   return text.size() >= start.size() && SameText(text.substr(0, start.size()), start);
-}
-
-// Names the system takes for devices in any folder: "C:\x\NUL" is the null device.
-bool IsDeviceName(std::wstring_view name) {
-  const std::wstring_view stem = name.substr(0, name.find(L'.'));
-  static constexpr std::array<std::wstring_view, 4> kPlain = {L"CON", L"PRN", L"AUX", L"NUL"};
-  for (const std::wstring_view device : kPlain) {
-    if (SameText(stem, device)) return true;
-  }
-  return stem.size() == 4 && (StartsWithText(stem, L"COM") || StartsWithText(stem, L"LPT")) && stem[3] >= L'1' &&
-         stem[3] <= L'9';
 }
 
 bool HoldsForbiddenCharacter(std::wstring_view name) {
@@ -177,6 +165,25 @@ std::optional<std::wstring> CanonicalFolder(std::wstring_view folder, FolderVerd
   }
   if (refusal != nullptr) *refusal = FolderVerdict::kAllowed;
   return canonical;
+}
+
+bool IsExactFolderPath(std::wstring_view folder) {
+  if (folder.empty() || folder.back() != L'\\' || folder.find(L'/') != std::wstring_view::npos) return false;
+  FolderVerdict why = FolderVerdict::kInvalidPath;
+  const std::optional<PathRoot> root = SplitRoot(folder, why);
+  if (!root || StartsWithText(folder, kLongPrefix)) return false;
+  // The root as written must be its canonical form: one backslash between its parts.
+  if (folder.size() < root->root.size() || !SameText(folder.substr(0, root->root.size()), root->root)) return false;
+  std::wstring_view rest = folder.substr(root->root.size());
+  while (!rest.empty()) {
+    const size_t end = rest.find(L'\\');
+    const std::wstring_view name = rest.substr(0, end);
+    if (name.empty() || name == L"." || name == L".." || HoldsForbiddenCharacter(name) || IsDeviceName(name)) {
+      return false;
+    }
+    rest.remove_prefix(end + 1);
+  }
+  return true;
 }
 
 bool FolderContains(std::wstring_view outer, std::wstring_view inner) {

@@ -34,6 +34,12 @@ std::wstring_view VerdictReason(FolderVerdict verdict);
 // that is not such a folder yields nothing, and `refusal` says why.
 std::optional<std::wstring> CanonicalFolder(std::wstring_view folder, FolderVerdict* refusal = nullptr);
 
+// Whether `folder` is an absolute folder path written out in full, as a walk builds
+// them: "X:\" or "\\server\share\" followed by names, each ending with "\", none
+// empty, "." or "..", no "/" and no character a name may not hold. Unlike
+// CanonicalFolder, names keep their trailing dots and blanks: they are what the disk holds.
+bool IsExactFolderPath(std::wstring_view folder);
+
 // Whether `outer` is `inner` or one of the folders above it; both canonical. Case does
 // not count.
 bool FolderContains(std::wstring_view outer, std::wstring_view inner);

@@ -112,11 +112,12 @@ void EraseItem(CMyObject& item, EraseTally& tally, const FolderGuard& guard) {
 
 bool RemoveListedTrace(const std::wstring& name, const std::wstring& location, bool isRegistry) {
   if (!isRegistry) {
-    const std::optional<std::wstring> folder = CanonicalFolder(location);
-    if (!folder || !NamesOneFile(name)) {
+    // The row holds the folder and name as the walk listed them: deleted as they stand,
+    // so "a." is never read as "a". A folder that is not such a listing is refused.
+    if (!IsExactFolderPath(location) || !NamesOneFile(name)) {
       return false;
     }
-    return DeleteFileW(ForFileApi(*folder + name).c_str()) != FALSE;
+    return DeleteFileW(ForFileApi(location + name).c_str()) != FALSE;
   }
   // Every row is taken to be under the current user, whatever root it names; that is how
   // the list has always removed single values.

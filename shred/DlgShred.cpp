@@ -42,7 +42,8 @@ std::wstring Megabytes(uint64_t bytes) {
 // Refusals the user is told of: those made for the user's safety. Files that cannot be
 // opened for writing are left out silently, as they always were.
 bool IsToldOnAdding(ShredFailure failure) {
-  return failure == ShredFailure::kLink || failure == ShredFailure::kHardLinks;
+  return failure == ShredFailure::kLink || failure == ShredFailure::kHardLinks ||
+         failure == ShredFailure::kAmbiguousName;
 }
 
 }  // namespace
@@ -119,7 +120,12 @@ ShredMethod CDlgShred::Method() const {
 
 bool CDlgShred::AddPath(const std::wstring& fullPath) {
   const size_t before = listed_.Targets().size();
-  if (running_ || listed_.AddFile(fullPath) != AddResult::kAdded) {
+  if (running_) {
+    return false;
+  }
+  Refusal refusal;
+  if (listed_.AddFile(fullPath, &refusal) != AddResult::kAdded) {
+    if (IsToldOnAdding(refusal.failure)) TellRefusals(IDS_SHRED_NOT_LISTED, {refusal});
     return false;
   }
   AppendListed(before);

@@ -8,6 +8,8 @@ std::wstring_view FailureReason(ShredFailure failure) {
       return L"";
     case ShredFailure::kBadPath:
       return L"not a whole path";
+    case ShredFailure::kAmbiguousName:
+      return L"a device name, or a name ending in a dot or blank";
     case ShredFailure::kMissing:
       return L"missing";
     case ShredFailure::kNotAFile:

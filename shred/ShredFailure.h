@@ -8,6 +8,7 @@ namespace lumenor {
 enum class ShredFailure {
   kNone,
   kBadPath,       // not a whole path: relative, a device, or no name
+  kAmbiguousName, // ends in a dot or blank, or names a device: Windows would read another file
   kMissing,       // no such file (any more)
   kNotAFile,      // a folder
   kLink,          // a symbolic link or other reparse point: writing would reach its target

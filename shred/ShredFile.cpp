@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cwchar>
 #include <optional>
 #include <utility>
 
@@ -27,17 +28,32 @@ bool SameText(std::wstring_view a, std::wstring_view b) {
          CSTR_EQUAL;
 }
 
-// The folder's identity on its volume; nothing when it cannot be opened.
-std::optional<std::pair<DWORD, uint64_t>> FolderIdentity(const std::wstring& folder) {
+using Identity = std::pair<DWORD, uint64_t>;
+
+// The identity on its volume of what `handle` has open.
+std::optional<Identity> IdentityOf(HANDLE handle) {
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileInformationByHandle(handle, &information) == FALSE) {
+    return std::nullopt;
+  }
+  return Identity{information.dwVolumeSerialNumber,
+                  (static_cast<uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow};
+}
+
+// The identity of a folder or file; nothing when it cannot be opened.
+std::optional<Identity> FolderIdentity(const std::wstring& folder) {
   const UniqueHandle handle(CreateFileW(ForFileApi(folder).c_str(), FILE_READ_ATTRIBUTES,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                                         FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  BY_HANDLE_FILE_INFORMATION information{};
-  if (!handle || GetFileInformationByHandle(handle.Get(), &information) == FALSE) {
+  if (!handle) {
     return std::nullopt;
   }
-  return std::pair{information.dwVolumeSerialNumber,
-                   (static_cast<uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow};
+  return IdentityOf(handle.Get());
+}
+
+std::wstring_view WithoutTrailingDotsAndBlanks(std::wstring_view name) {
+  while (!name.empty() && (name.back() == L'.' || name.back() == L' ')) name.remove_suffix(1);
+  return name;
 }
 
 // Whether the open `file` is the entry `name` of `folder` itself rather than what a link
@@ -68,8 +84,19 @@ bool IsFileOfThatName(HANDLE file, const std::wstring& folder, const std::wstrin
     return false;
   }
   (void)FindClose(search);  // closing our own search cannot usefully fail
-  if (!SameText(std::wstring_view(finalPath).substr(slash + 1), entry.cFileName)) {
-    return false;
+  const std::wstring_view finalName = std::wstring_view(finalPath).substr(slash + 1);
+  if (!SameText(finalName, entry.cFileName)) {
+    // Some systems (Wine) drop a trailing dot or blank from the final path, so "a." shows
+    // as "a". That is the file itself unless it is the very file "a" is.
+    const std::wstring_view trimmed = WithoutTrailingDotsAndBlanks(entry.cFileName);
+    if (trimmed.size() == std::wcslen(entry.cFileName) || !SameText(finalName, trimmed)) {
+      return false;
+    }
+    const auto handleIdentity = IdentityOf(file);
+    const auto twinIdentity = FolderIdentity(folder + std::wstring(trimmed));
+    if (!handleIdentity || (twinIdentity && twinIdentity == handleIdentity)) {
+      return false;
+    }
   }
   std::wstring finalFolder = finalPath.substr(0, slash + 1);
   if (finalFolder.starts_with(L"\\\\?\\UNC\\")) {

@@ -18,8 +18,9 @@ namespace lumenor {
 
 // "C:\x\a.txt" as folder "C:\x\" and name "a.txt", cut at the last backslash; the
 // folder in canonical form. Nothing for a relative or device path, a path without a
-// name, or one the folder rules cannot read.
-std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath);
+// name, or one the folder rules cannot read (`failure`: kBadPath), nor for a name that
+// Windows would read as another file or a device (kAmbiguousName).
+std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath, ShredFailure* failure = nullptr);
 
 enum class AddResult { kAdded, kAlreadyListed, kRefused };
 

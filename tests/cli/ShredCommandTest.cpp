@@ -104,6 +104,20 @@ TEST(ShredCommand, FilesThatCannotBeShreddedAreReportedAndTheRestShredded) {
   ASSERT_TRUE(SetFileAttributesW((root / L"readonly.txt").c_str(), FILE_ATTRIBUTE_NORMAL));
 }
 
+TEST(ShredCommand, ANameEndingInADotOrBlankIsRefusedAndItsPlainTwinUntouched) {
+  TempFolder root;
+  MakeFile(root / L"a", "never chosen");
+  const ProgramResult run = Shred(L"--json " + testing::QuotedArgument(root / L"a.") + L" " +
+                                  testing::QuotedArgument(root / L"a ") + L" " +
+                                  testing::QuotedArgument(root / L"a\\..\\a."));
+  EXPECT_EQ(run.exitCode, 1u) << run.out;
+  EXPECT_TRUE(Has(run.out, "{\"type\":\"failed\",\"path\":\"" + testing::JsonEscaped(root / L"a.") +
+                               "\",\"reason\":\"a device name, or a name ending in a dot or blank\"}"))
+      << run.out;
+  EXPECT_TRUE(Has(run.out, "\"shredded\":0")) << run.out;
+  EXPECT_EQ(ReadFileBytes(root / L"a"), "never chosen");
+}
+
 TEST(ShredCommand, MistakesInTheArgumentsAreUsageErrorsThatTouchNothing) {
   TempFolder root;
   MakeFile(root / L"a.txt", "keep");

@@ -4,6 +4,7 @@
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
 
+#include "engine/FilePath.h"
 #include "shred/ProgressScale.h"
 #include "shred/ShredJob.h"
 #include "shred/ShredList.h"
@@ -88,6 +89,49 @@ TEST(ShredList, FilesThatCannotBeOverwrittenAreNotListedAndSayWhy) {
   }
   EXPECT_TRUE(list.Empty());
   ASSERT_TRUE(SetFileAttributesW((root / L"readonly.txt").c_str(), FILE_ATTRIBUTE_NORMAL));
+}
+
+TEST(ShredList, TypedNamesThatWindowsReadsAsAnotherFileOrADeviceAreRefused) {
+  TempFolder root;
+  MakeFile(root / L"a", "never chosen");
+  ShredList list;
+  for (const std::wstring& path : {root / L"a.", root / L"a ", root / L"a. ", root / L"NUL", root / L"nul.txt",
+                                   root / L"COM\u00B9", root / L"CONOUT$", root / L"a\x01"}) {
+    Refusal refusal;
+    EXPECT_EQ(list.AddFile(path, &refusal), AddResult::kRefused) << ::testing::PrintToString(path);
+    EXPECT_EQ(refusal.failure, ShredFailure::kAmbiguousName) << ::testing::PrintToString(path);
+  }
+  EXPECT_TRUE(list.Empty());
+  EXPECT_EQ(ReadFileBytes(root / L"a"), "never chosen");
+}
+
+TEST(ShredList, OfTwoFilesNamedAlikeOnlyTheListedOneIsShredded) {
+  TempFolder root;
+  // "a." and "a" side by side, as "\\?\" names or another system make them.
+  ASSERT_TRUE(testing::WriteFileBytes(ForFileApi(root / L"a."), "chosen"));
+  ASSERT_TRUE(testing::WriteFileBytes(ForFileApi(root / L"a"), "never chosen"));
+  if (ReadFileBytes(ForFileApi(root / L"a.")) != "chosen") {
+    GTEST_SKIP() << "this file system does not keep a name's trailing dot";
+  }
+  ShredList list;
+  std::vector<std::wstring> refused;
+  ASSERT_EQ(list.AddFolder(*testing::Admitted(root.Path()),
+                           [&](const Refusal& refusal) {
+                             refused.push_back(refusal.path + L": " + std::wstring(FailureReason(refusal.failure)));
+                           }),
+            2u)
+      << ::testing::PrintToString(refused);
+  std::vector<ShredTarget> chosen;
+  for (const ShredTarget& target : list.Targets()) {
+    if (target.name == L"a.") chosen.push_back(target);
+  }
+  ASSERT_EQ(chosen.size(), 1u);
+  EXPECT_EQ(chosen[0].size, 6u) << "the size of the dotted file, not of its twin";
+  NoReports reports;
+  EXPECT_EQ(RunShredJob(chosen, ShredMethod::kQuick, reports, StopToken()), ShredJobEnd::kDone);
+  EXPECT_EQ(reports.shredded, 1);
+  EXPECT_FALSE(FileExists(ForFileApi(root / L"a.")));
+  EXPECT_EQ(ReadFileBytes(ForFileApi(root / L"a")), "never chosen");
 }
 
 TEST(ShredList, AFolderListsEveryFileOfItsTreeEachWithItsOwnFolder) {

@@ -1,5 +1,7 @@
 #include "tests/support/TempFolder.h"
 
+#include "engine/FilePath.h"
+
 #include <windows.h>
 
 #include <atomic>
@@ -50,7 +52,7 @@ void RemoveTree(const std::wstring& folder) {
     std::wstring current = std::move(pending.back());
     pending.pop_back();
     WIN32_FIND_DATAW entry;
-    HANDLE search = FindFirstFileW((current + L"*").c_str(), &entry);
+    HANDLE search = FindFirstFileW(ForFileApi(current + L"*").c_str(), &entry);
     if (search != INVALID_HANDLE_VALUE) {
       do {
         const std::wstring name = entry.cFileName;
@@ -58,17 +60,19 @@ void RemoveTree(const std::wstring& folder) {
           continue;
         }
         const std::wstring full = current + name;
+        // Removed by their "\\?\" names, so that a name such as "a." is itself removed.
+        const std::wstring exact = ForFileApi(full);
         const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
         if (entry.dwFileAttributes & FILE_ATTRIBUTE_READONLY) {
-          (void)SetFileAttributesW(full.c_str(), FILE_ATTRIBUTE_NORMAL);  // best effort
+          (void)SetFileAttributesW(exact.c_str(), FILE_ATTRIBUTE_NORMAL);  // best effort
         }
         if (isFolder && !isLink) {
           pending.push_back(full + L"\\");
         } else if (isFolder) {
-          (void)RemoveDirectoryW(full.c_str());  // the link only; may fail under Wine
+          (void)RemoveDirectoryW(exact.c_str());  // the link only; may fail under Wine
         } else {
-          (void)DeleteFileW(full.c_str());  // best effort: test clean-up
+          (void)DeleteFileW(exact.c_str());  // best effort: test clean-up
         }
       } while (FindNextFileW(search, &entry));
       FindClose(search);
@@ -76,7 +80,7 @@ void RemoveTree(const std::wstring& folder) {
     emptied.push_back(std::move(current));
   }
   for (auto it = emptied.rbegin(); it != emptied.rend(); ++it) {
-    (void)RemoveDirectoryW(it->c_str());  // best effort: test clean-up
+    (void)RemoveDirectoryW(ForFileApi(*it).c_str());  // best effort: test clean-up
   }
 }
 
