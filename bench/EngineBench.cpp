@@ -1,9 +1,14 @@
 // Speed of the engine's walks against the plainest walk the system allows, measured in
 // the same run on the same trees: a folder tree of 100,000 files in 5,000 folders and a
-// registry key of 50,000 values in 2,000 sub-keys. Prints times and ratios.
+// registry key of 50,000 values in 2,000 sub-keys. The scans go through a run, each trace
+// counted with its size on its item, application and category, as a scan of the page
+// does; the plain walks add up the same sizes. Prints times and ratios.
+#include "catalogue/CMyObject.h"
 #include "engine/FileTraces.h"
 #include "engine/Registry.h"
 #include "engine/RegistryTraces.h"
+#include "engine/ScanRun.h"
+#include "engine/TraceEngine.h"
 
 #include <windows.h>
 
@@ -36,7 +41,12 @@ void SeedTree() {
     for (int f = 0; f < kFilesPerFolder; ++f) {
       const std::wstring path = folder + L"file" + std::to_wstring(f) + L".dat";
       HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-      if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+      if (file == INVALID_HANDLE_VALUE) continue;
+      // A few bytes each, so that the sizes added up mean something.
+      const char bytes[kFilesPerFolder] = {};
+      DWORD written = 0;
+      WriteFile(file, bytes, static_cast<DWORD>(f), &written, nullptr);
+      CloseHandle(file);
     }
   };
   for (int t = 0; t < kTopFolders; ++t) {
@@ -63,8 +73,9 @@ void SeedKey() {
   }
 }
 
-// The plainest walks: recursion, one search per folder, nothing but counting.
-long PlainFileWalk(const std::wstring& folder) {
+// The plainest walks: recursion, one search per folder, nothing but counting files and
+// adding up their sizes.
+long PlainFileWalk(const std::wstring& folder, uint64_t& bytes) {
   long files = 0;
   WIN32_FIND_DATAW entry;
   HANDLE search = FindFirstFileExW((folder + L"*").c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr,
@@ -74,9 +85,10 @@ long PlainFileWalk(const std::wstring& folder) {
     if (entry.cFileName[0] == L'.' && (entry.cFileName[1] == 0 || (entry.cFileName[1] == L'.' && !entry.cFileName[2])))
       continue;
     if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
-      files += PlainFileWalk(folder + entry.cFileName + L"\\");
+      files += PlainFileWalk(folder + entry.cFileName + L"\\", bytes);
     } else {
       ++files;
+      bytes += (static_cast<uint64_t>(entry.nFileSizeHigh) << 32) | entry.nFileSizeLow;
     }
   } while (FindNextFileW(search, &entry));
   FindClose(search);
@@ -106,7 +118,7 @@ long PlainFileDelete(const std::wstring& folder) {
   return files;
 }
 
-long PlainRegistryWalk(HKEY key) {
+long PlainRegistryWalk(HKEY key, uint64_t& bytes) {
   long values = 0;
   wchar_t name[16384];
   for (DWORD i = 0;; ++i) {
@@ -114,14 +126,16 @@ long PlainRegistryWalk(HKEY key) {
     if (RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
     HKEY child = nullptr;
     if (RegOpenKeyExW(key, name, 0, KEY_READ | lumenor::kRegistryView, &child) == ERROR_SUCCESS) {
-      values += PlainRegistryWalk(child);
+      values += PlainRegistryWalk(child, bytes);
       RegCloseKey(child);
     }
   }
   for (DWORD i = 0;; ++i) {
     DWORD length = 16384;
-    if (RegEnumValueW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
+    DWORD dataBytes = 0;
+    if (RegEnumValueW(key, i, name, &length, nullptr, nullptr, nullptr, &dataBytes) != ERROR_SUCCESS) break;
     ++values;
+    bytes += dataBytes;
   }
   return values;
 }
@@ -148,13 +162,56 @@ long PlainRegistryDelete(HKEY parent, const wchar_t* name) {
 
 class CountingTally final : public EraseTally {
  public:
-  void Erased(int count) override { erased += count; }
+  void Erased(int count, uint64_t /*bytes*/) override { erased += count; }
   void EraseFailed(const std::wstring&) override { ++failed; }
   void LocationSkipped(const lumenor::SkippedLocation&) override { ++skipped; }
   long erased = 0;
   long failed = 0;
   long skipped = 0;
 };
+
+// Hears every trace a run reports, as a page or the command line does, and keeps nothing.
+class CountingSink final : public lumenor::TraceSink {
+ public:
+  void TraceFound(const lumenor::FoundTrace&) override { ++traces; }
+  void LocationSkipped(const lumenor::SkippedLocation&) override {}
+  long traces = 0;
+};
+
+// A run of one made-up item (under an application and a category) over one location.
+struct BenchItem {
+  lumenor::CMyObject category, application, item;
+  BenchItem() {
+    application.SetParent(&category);
+    item.SetParent(&application);
+    item.SetLevel(lumenor::CMyObject::kItem);
+  }
+  long Scan(const lumenor::LocationRecord& location, const lumenor::FolderGuard& guard, uint64_t& bytes) {
+    lumenor::ScanRun run({&item});
+    run.Items()[0].locations = {location};
+    CountingSink sink;
+    lumenor::ScanItem(run, run.Items()[0], sink, lumenor::StopToken(), guard);
+    bytes = run.FoundBytes(category);
+    return run.FoundCount(category);
+  }
+};
+
+lumenor::LocationRecord FileLocation(const std::wstring& folder) {
+  lumenor::LocationRecord location;
+  location.path = folder;
+  location.selector = L"*.*";
+  location.kind = lumenor::kMatchEveryFile;
+  return location;
+}
+
+lumenor::LocationRecord KeyLocation(const std::wstring& key) {
+  lumenor::LocationRecord location;
+  location.rootKey = HKEY_CURRENT_USER;
+  location.rootPrefix = L"HKEY_CURRENT_USER\\";
+  location.path = key;
+  location.selector = L"*.*";
+  return location;
+}
 
 double Seconds(const std::function<void()>& work) {
   const auto start = std::chrono::steady_clock::now();
@@ -187,33 +244,36 @@ int wmain(int argc, wchar_t** argv) {
   // Scans: alternate the two walkers and keep each one's best round.
   double engineFiles = 1e9, plainFiles = 1e9, engineKeys = 1e9, plainKeys = 1e9;
   long engineFileCount = 0, plainFileCount = 0, engineValueCount = 0, plainValueCount = 0;
+  uint64_t engineFileBytes = 0, plainFileBytes = 0, engineValueBytes = 0, plainValueBytes = 0;
+  BenchItem benchItem;
   for (int round = 0; round < kRounds; ++round) {
     if (files) {
-      engineFiles =
-          std::min(engineFiles, Seconds([&] {
-                     engineFileCount = 0;
-                     const auto tree = guard.Admit(kTree);
-                     if (!tree) return;
-                     lumenor::ScanFileLocation(*tree, L"*.*", lumenor::kMatchEveryFile, lumenor::StopToken(),
-                                               [&](std::wstring_view, std::wstring_view) { ++engineFileCount; });
-                   }));
-      plainFiles = std::min(plainFiles, Seconds([&] { plainFileCount = PlainFileWalk(kTree); }));
+      engineFiles = std::min(engineFiles, Seconds([&] {
+                               engineFileCount = benchItem.Scan(FileLocation(kTree), guard, engineFileBytes);
+                             }));
+      plainFiles = std::min(plainFiles, Seconds([&] {
+                              plainFileBytes = 0;
+                              plainFileCount = PlainFileWalk(kTree, plainFileBytes);
+                            }));
     }
     if (!registry) continue;
-    engineKeys =
-        std::min(engineKeys, Seconds([&] {
-                   engineValueCount = 0;
-                   lumenor::ScanRegistryLocation(HKEY_CURRENT_USER, kKey, L"*.*", lumenor::StopToken(),
-                                                 [&](std::wstring_view, std::wstring_view) { ++engineValueCount; });
-                 }));
+    engineKeys = std::min(engineKeys, Seconds([&] {
+                            engineValueCount = benchItem.Scan(KeyLocation(kKey), guard, engineValueBytes);
+                          }));
     plainKeys = std::min(plainKeys, Seconds([&] {
                            HKEY key = nullptr;
+                           plainValueBytes = 0;
                            if (RegOpenKeyExW(HKEY_CURRENT_USER, kKey.c_str(), 0, KEY_READ | lumenor::kRegistryView,
                                              &key) == ERROR_SUCCESS) {
-                             plainValueCount = PlainRegistryWalk(key);
+                             plainValueCount = PlainRegistryWalk(key, plainValueBytes);
                              RegCloseKey(key);
                            }
                          }));
+  }
+  if (engineFileBytes != plainFileBytes || engineValueBytes != plainValueBytes) {
+    std::printf("sizes differ: files %llu / %llu bytes, values %llu / %llu bytes\n",
+                static_cast<unsigned long long>(engineFileBytes), static_cast<unsigned long long>(plainFileBytes),
+                static_cast<unsigned long long>(engineValueBytes), static_cast<unsigned long long>(plainValueBytes));
   }
   if (files) Report("file scan", engineFiles, plainFiles, engineFileCount, plainFileCount, 1.2);
   if (registry) Report("registry scan", engineKeys, plainKeys, engineValueCount, plainValueCount, 1.2);

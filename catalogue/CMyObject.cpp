@@ -20,6 +20,11 @@ void CMyObject::SetId(unsigned id) {
   name_ = LoadResourceString(id);
 }
 
+void CMyObject::SetIdAndName(unsigned id, std::wstring name) {
+  id_ = id;
+  name_ = std::move(name);
+}
+
 CMyObject* CMyObject::AddChild(std::unique_ptr<CMyObject> child) {
   if (!child) {
     return nullptr;
@@ -50,54 +55,6 @@ void CMyObject::FreeSubtree() {
   while (firstChild_) {
     firstChild_ = std::move(firstChild_->nextSibling_);
   }
-}
-
-CMyObject* CMyObject::AppendToChain(CMyObject* node) {
-  CMyObject* last = this;
-  while (last->forwardLink_ != nullptr) {
-    last = last->forwardLink_;
-  }
-  last->forwardLink_ = node;
-  if (node != nullptr) {
-    node->backwardLink_ = last;
-  }
-  return node;
-}
-
-bool CMyObject::RemoveFromChain(CMyObject* node) {
-  if (node == nullptr || node == this) {
-    return false;
-  }
-  if (node->backwardLink_ != nullptr) {
-    node->backwardLink_->forwardLink_ = node->forwardLink_;
-  }
-  if (node->forwardLink_ != nullptr) {
-    node->forwardLink_->backwardLink_ = node->backwardLink_;
-  }
-  node->backwardLink_ = nullptr;
-  node->forwardLink_ = nullptr;
-  return true;
-}
-
-bool CMyObject::AddLocation(HKEY rootKey, std::wstring_view path, std::wstring_view selector, int kind) {
-  if (locations_.size() >= kMaxLocations || path.size() > kMaxLocationText || selector.size() > kMaxLocationText) {
-    return false;
-  }
-  LocationRecord& record = locations_.emplace_back();
-  record.rootKey = rootKey;
-  record.rootPrefix = RootPrefixOf(rootKey);
-  record.path = path;
-  record.selector = selector;
-  record.kind = kind;
-  return true;
-}
-
-bool CMyObject::AddBounded(std::vector<std::wstring>& list, std::wstring_view text) {
-  if (list.size() >= kMaxListStrings || text.size() > kMaxListStringLength) {
-    return false;
-  }
-  list.emplace_back(text);
-  return true;
 }
 
 }  // namespace lumenor

@@ -90,7 +90,7 @@ class JunkPrinter {
 class CountingTally final : public EraseTally {
  public:
   explicit CountingTally(JunkPrinter& printer) : printer_(printer) {}
-  void Erased(int count) override { deleted += count; }
+  void Erased(int count, uint64_t /*bytes*/) override { deleted += count; }
   void EraseFailed(const std::wstring& what) override {
     ++failed;
     printer_.Failed(what);

@@ -2,6 +2,7 @@
 
 #include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
+#include "base/TextFormat.h"
 #include "cli/JsonText.h"
 #include "engine/FolderSafety.h"
 #include "engine/Locations.h"
@@ -90,17 +91,20 @@ class PrintingReports final : public RunReports {
   }
 
   void TraceFound(const FoundTrace& trace) override {
-    ++traces_;
     if (json_) {
       out_.Line(L"{\"type\":\"trace\",\"id\":" + std::to_wstring(trace.item->Id()) + L",\"item\":" +
                 JsonString(trace.item->Name()) + L",\"name\":" + JsonString(trace.name) + L",\"location\":" +
-                JsonString(trace.location) + L",\"registry\":" + (trace.isRegistry ? L"true" : L"false") + L"}");
+                JsonString(trace.location) + L",\"registry\":" + (trace.isRegistry ? L"true" : L"false") +
+                L",\"bytes\":" + std::to_wstring(trace.bytes) + L"}");
     } else {
       out_.Line(trace.item->Name() + L"\t" + trace.name + L"\t" + trace.location);
     }
   }
 
-  void Erased(int count) override { deleted_ += count; }
+  void Erased(int count, uint64_t bytes) override {
+    deleted_ += count;
+    deletedBytes_ += bytes;
+  }
   void EraseFailed(const std::wstring& what) override {
     ++failed_;
     out_.Line(json_ ? L"{\"type\":\"failure\",\"path\":" + JsonString(what) + L"}" : L"failed\t" + what);
@@ -108,8 +112,8 @@ class PrintingReports final : public RunReports {
 
   void LocationSkipped(const SkippedLocation& skipped) override { skips_.Add(skipped); }
 
-  int Traces() const { return traces_; }
   int Deleted() const { return deleted_; }
+  uint64_t DeletedBytes() const { return deletedBytes_; }
   int Failed() const { return failed_; }
 
  private:
@@ -117,8 +121,8 @@ class PrintingReports final : public RunReports {
   bool json_;
   const ConsoleOutput* progress_;
   SkipReport& skips_;
-  int traces_ = 0;
   int deleted_ = 0;
+  uint64_t deletedBytes_ = 0;
   int failed_ = 0;
 };
 
@@ -132,31 +136,34 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CM
   SkipReport skips(lines, err, options.json);
   PrintingReports reports(lines, options.json, err.IsConsole() ? &err : nullptr, skips);
 
+  const std::unique_ptr<ScanRun> run = MakeScanRun(catalogueRoot, ids);
   if (command == TraceCommand::kScan) {
-    const std::vector<CMyObject*> items = ScanTickedItems(catalogueRoot, ids, nullptr, reports, StopToken(), guard);
-    int itemsWithTraces = 0;
-    for (const CMyObject* item : items) itemsWithTraces += item->FoundCount() > 0 ? 1 : 0;
-    const std::wstring traces = std::to_wstring(reports.Traces());
-    lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"items\":" +
-                                  std::to_wstring(itemsWithTraces) + L"}"
-                            : traces + L" traces found in " + std::to_wstring(itemsWithTraces) + L" items");
+    ScanItems(*run, nullptr, reports, StopToken(), guard);
+    const std::wstring traces = std::to_wstring(run->TraceCount());
+    const std::wstring items = std::to_wstring(run->ItemsWithTraces());
+    lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"items\":" + items +
+                                  L",\"bytes\":" + std::to_wstring(run->TraceBytes()) + L"}"
+                            : traces + L" traces found in " + items + L" items, " +
+                                  FormatByteSize(run->TraceBytes()) + L" to be recovered");
     return lines.Flush() ? 0 : 1;
   }
 
   if (options.source == SelectionSource::kOneClick) {
     // As the one-click worker does it: every ticked item is erased, found or not.
-    RunOneClickErase(catalogueRoot, ids, nullptr, reports, StopToken(), guard);
+    RunOneClickErase(*run, nullptr, reports, StopToken(), guard);
   } else {
-    EraseFoundItems(ScanTickedItems(catalogueRoot, ids, nullptr, reports, StopToken(), guard), reports, guard);
+    ScanItems(*run, nullptr, reports, StopToken(), guard);
+    EraseFoundItems(*run, reports, guard);
   }
-  const std::wstring traces = std::to_wstring(reports.Traces());
+  const std::wstring traces = std::to_wstring(run->TraceCount());
   const std::wstring deleted = std::to_wstring(reports.Deleted());
   const std::wstring failed = std::to_wstring(reports.Failed());
   const std::wstring skipped = std::to_wstring(skips.Count());
   lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"deleted\":" + deleted +
-                                L",\"failed\":" + failed + L",\"skipped\":" + skipped + L"}"
+                                L",\"failed\":" + failed + L",\"skipped\":" + skipped + L",\"bytes\":" +
+                                std::to_wstring(reports.DeletedBytes()) + L"}"
                           : traces + L" traces found, " + deleted + L" deleted, " + failed + L" failed, " + skipped +
-                                L" skipped");
+                                L" skipped, " + FormatByteSize(reports.DeletedBytes()) + L" recovered");
   const bool written = lines.Flush();
   return written && reports.Failed() == 0 && skips.Count() == 0 ? 0 : 1;
 }

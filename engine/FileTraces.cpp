@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,10 +25,18 @@ void LeaveToRestart(const std::wstring& path, EraseTally& tally) {
   tally.EraseFailed(path);
 }
 
-// A file at `path` that is neither a folder nor a link.
-bool IsPlainFile(const std::wstring& path) {
-  const DWORD attributes = GetFileAttributesW(ForFileApi(path).c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && !IsFolder(attributes) && !IsReparsePoint(attributes);
+uint64_t SizeOf(const WIN32_FIND_DATAW& entry) {
+  return (static_cast<uint64_t>(entry.nFileSizeHigh) << 32) | entry.nFileSizeLow;
+}
+
+// The size of the file at `path` when it is neither a folder nor a link.
+std::optional<uint64_t> PlainFileSize(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (GetFileAttributesExW(ForFileApi(path).c_str(), GetFileExInfoStandard, &data) == FALSE ||
+      IsFolder(data.dwFileAttributes) || IsReparsePoint(data.dwFileAttributes)) {
+    return std::nullopt;
+  }
+  return (static_cast<uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
 }
 
 }  // namespace
@@ -61,7 +70,7 @@ void ScanFileLocation(const SafeFolder& folder, std::wstring_view selector, int 
     if (!IsDotEntry(entry.cFileName)) {
       if (!IsFolder(entry.dwFileAttributes)) {
         if (ScanReportsFile(entry.cFileName, selector, kind)) {
-          found(current.folder, entry.cFileName);
+          found(current.folder, entry.cFileName, SizeOf(entry));
         }
       } else if (!IsReparsePoint(entry.dwFileAttributes)) {
         if (walk.Push(current.folder + entry.cFileName + L"\\", pattern)) {
@@ -108,7 +117,7 @@ void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, Era
         }
         (void)RemoveDirectoryW(ForFileApi(subFolder).c_str());  // goes only if empty
       } else if (DeleteFileW(ForFileApi(path).c_str())) {
-        tally.Erased(1);
+        tally.Erased(1, SizeOf(entry));
       } else {
         LeaveToRestart(path, tally);
       }
@@ -140,7 +149,7 @@ void ScanOneFile(const std::wstring& folder, std::wstring_view fileName, int kin
   }
   (void)FindClose(search);  // closing our own search handle cannot usefully fail
   if (!IsFolder(entry.dwFileAttributes) && ScanReportsFile(entry.cFileName, fileName, kind)) {
-    found(folder, entry.cFileName);
+    found(folder, entry.cFileName, SizeOf(entry));
   }
 }
 
@@ -149,11 +158,12 @@ void EraseOneFile(const std::wstring& folder, std::wstring_view fileName, EraseT
     return;
   }
   const std::wstring path = folder + std::wstring(fileName);
-  if (!IsPlainFile(path)) {
+  const std::optional<uint64_t> size = PlainFileSize(path);
+  if (!size) {
     return;
   }
   if (DeleteFileW(ForFileApi(path).c_str())) {
-    tally.Erased(1);
+    tally.Erased(1, *size);
   } else {
     LeaveToRestart(path, tally);
   }

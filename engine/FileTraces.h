@@ -6,13 +6,15 @@
 #include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
+#include <cstdint>
 #include <functional>
 #include <string_view>
 
 namespace lumenor {
 
-// Called for each file found: its folder (ending with "\") and its name.
-using FileTraceFound = std::function<void(std::wstring_view folder, std::wstring_view fileName)>;
+// Called for each file found: its folder (ending with "\"), its name and its size in bytes
+// as the folder's listing gives it.
+using FileTraceFound = std::function<void(std::wstring_view folder, std::wstring_view fileName, uint64_t bytes)>;
 
 // True when a scan reports `fileName` for a location of this selector and kind:
 // kinds 10 and 13 every file; 11 a name whose extension (from its last ".") equals the

@@ -25,10 +25,10 @@ constexpr wchar_t kTorrentClientFiles[5][16] = {L"dht.dat", L"dht.dat.old", L"re
 
 class LocationFiller {
  public:
-  LocationFiller(CMyObject& item, const SystemPaths& paths) : item_(item), paths_(paths) {}
+  LocationFiller(std::vector<LocationRecord>& list, const SystemPaths& paths) : list_(list), paths_(paths) {}
 
   void Registry(HKEY root, std::wstring_view path, std::wstring_view selector, int kind = 0) {
-    (void)item_.AddLocation(root, path, selector, kind);  // a path that does not fit is left out
+    Add(root, path, selector, kind);
   }
   void WholeKey(std::wstring_view path, int kind = 0) { Registry(HKEY_CURRENT_USER, path, kWholeKey, kind); }
 
@@ -37,7 +37,7 @@ class LocationFiller {
     if (!folder.empty() && folder.back() != L'\\') {
       folder += L'\\';
     }
-    (void)item_.AddLocation(nullptr, folder, selector, kind);  // a path that does not fit is left out
+    Add(nullptr, folder, selector, kind);
   }
 
   std::optional<std::wstring> AppData() const { return paths_.ShellFolder(CSIDL_APPDATA); }
@@ -62,7 +62,21 @@ class LocationFiller {
     return folder;
   }
 
-  CMyObject& item_;
+  // A record whose text does not fit, or one past the bound, is left out.
+  void Add(HKEY rootKey, std::wstring_view path, std::wstring_view selector, int kind) {
+    if (list_.size() >= kMaxFixedItemLocations || path.size() > kMaxLocationText ||
+        selector.size() > kMaxLocationText) {
+      return;
+    }
+    LocationRecord& record = list_.emplace_back();
+    record.rootKey = rootKey;
+    record.rootPrefix = RootPrefixOf(rootKey);
+    record.path = path;
+    record.selector = selector;
+    record.kind = kind;
+  }
+
+  std::vector<LocationRecord>& list_;
   const SystemPaths& paths_;
 };
 
@@ -690,10 +704,9 @@ PagingFile ParsePagingFile(std::wstring_view value) {
   return result;
 }
 
-void FillLocations(CMyObject& item, const SystemPaths& paths) {
-  item.ClearLocations();
-  LocationFiller add(item, paths);
-  const unsigned id = item.Id();
+std::vector<LocationRecord> FixedItemLocations(unsigned id, const SystemPaths& paths) {
+  std::vector<LocationRecord> list;
+  LocationFiller add(list, paths);
   if (id >= 104 && id <= 126) {
     FillWindowsEntries(add, id);
   } else if (id >= 129 && id <= 141) {
@@ -719,6 +732,7 @@ void FillLocations(CMyObject& item, const SystemPaths& paths) {
   } else if (id >= 370 && id <= 374) {
     FillThirdParty(add, id);
   }
+  return list;
 }
 
 }  // namespace lumenor

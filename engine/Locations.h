@@ -1,11 +1,12 @@
 // Which registry keys, values, folders and files each privacy item covers.
 #pragma once
 
-#include "catalogue/CMyObject.h"
+#include "catalogue/LocationRecord.h"
 #include "engine/SystemPaths.h"
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumenor {
 
@@ -18,10 +19,14 @@ struct PagingFile {
 };
 PagingFile ParsePagingFile(std::wstring_view value);
 
-// Rebuilds the item's location list from its id, in a fixed order. When a folder the
-// item needs cannot be found (a shell folder, a variable, a registry value, a profile),
-// the list ends there: what was added stays. A record whose path does not fit is left
-// out, never shortened. Ids without locations leave the list empty.
-void FillLocations(CMyObject& item, const SystemPaths& paths = MachinePaths());
+// At most this many locations for an item of the fixed catalogue; a checked bound.
+inline constexpr size_t kMaxFixedItemLocations = 26;
+
+// The locations of one item of the fixed catalogue, in their fixed order. When a folder
+// the item needs cannot be found (a shell folder, a variable, a registry value, a
+// profile), the list ends there: what was added stays. A record whose path does not fit
+// is left out, never shortened, and so is one past the bound. Ids without locations give
+// an empty list.
+std::vector<LocationRecord> FixedItemLocations(unsigned id, const SystemPaths& paths = MachinePaths());
 
 }  // namespace lumenor

@@ -13,11 +13,17 @@ namespace {
 // Longest value name the registry allows, plus its terminator; key names are shorter.
 constexpr DWORD kNameBuffer = 16384;
 
+// A key's own values: how many, and the size of their data.
+struct KeyValues {
+  DWORD count = 0;
+  uint64_t bytes = 0;
+};
+
 struct OpenedKey {
   UniqueKey key;
   std::wstring path;
   DWORD nextSubKey = 0;  // scan: next index to read; erase: sub-keys that could not go
-  DWORD values = 0;
+  KeyValues values;
 };
 
 enum class NextSubKey { kFound, kSkip, kNone };
@@ -53,6 +59,21 @@ DWORD CountValues(HKEY key) {
   return values;
 }
 
+// The values of a key an erase is about to delete, with their data's size; `name` is the
+// shared name buffer.
+KeyValues ValuesOf(HKEY key, std::vector<wchar_t>& name) {
+  KeyValues values;
+  values.count = CountValues(key);
+  for (DWORD index = 0; index < values.count; ++index) {
+    DWORD length = kNameBuffer;
+    DWORD dataBytes = 0;
+    if (RegEnumValueW(key, index, name.data(), &length, nullptr, nullptr, nullptr, &dataBytes) == ERROR_SUCCESS) {
+      values.bytes += dataBytes;
+    }
+  }
+  return values;
+}
+
 enum class SubKeyOpening { kOpened, kLink, kMissing, kRefused };
 
 // Opens a sub-key of an open key, refusing a registry link, and counts its values. A link
@@ -79,15 +100,16 @@ void ReportValues(const OpenedKey& opened, const StopToken& stop, std::vector<wc
       return;
     }
     DWORD length = kNameBuffer;
+    DWORD dataBytes = 0;
     const LONG result =
-        RegEnumValueW(opened.key.Get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
+        RegEnumValueW(opened.key.Get(), index, name.data(), &length, nullptr, nullptr, nullptr, &dataBytes);
     if (result == ERROR_MORE_DATA) {
       continue;  // a name longer than any buffer: skipped
     }
     if (result != ERROR_SUCCESS) {
       return;
     }
-    found(opened.path, std::wstring_view(name.data(), length));
+    found(opened.path, std::wstring_view(name.data(), length), dataBytes);
   }
 }
 
@@ -101,8 +123,9 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
   }
   if (selector != kWholeKey) {
     const std::wstring valueName(selector);
-    if (RegQueryValueExW(key.Get(), valueName.c_str(), nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
-      found(keyPath, selector);
+    DWORD dataBytes = 0;
+    if (RegQueryValueExW(key.Get(), valueName.c_str(), nullptr, nullptr, nullptr, &dataBytes) == ERROR_SUCCESS) {
+      found(keyPath, selector, dataBytes);
     }
     return;
   }
@@ -113,7 +136,7 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
   // Depth-first without recursion: one open key per level, one shared name buffer.
   std::vector<wchar_t> name(kNameBuffer);
   std::vector<OpenedKey> stack;
-  stack.push_back({std::move(key), std::wstring(keyPath)});
+  stack.push_back({std::move(key), std::wstring(keyPath), 0, {}});
   bool stopped = false;
   while (!stack.empty() && !stopped) {
     OpenedKey& top = stack.back();
@@ -128,7 +151,7 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
         UniqueKey child;
         if (OpenSubKey(top.key.Get(), name.data(), KEY_READ, child, values) == SubKeyOpening::kOpened) {
           std::wstring childPath = top.path + L"\\" + name.data();
-          stack.push_back({std::move(child), std::move(childPath)});
+          stack.push_back({std::move(child), std::move(childPath), 0, {}});
         }
       }
       continue;
@@ -142,13 +165,16 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
   const std::wstring where = std::wstring(RootPrefixOf(root)) + std::wstring(keyPath);
   LONG opened = ERROR_SUCCESS;
   if (selector != kWholeKey) {
-    const UniqueKey key = OpenKey(root, keyPath, KEY_SET_VALUE, &opened);
+    const UniqueKey key = OpenKey(root, keyPath, KEY_SET_VALUE | KEY_QUERY_VALUE, &opened);
     if (opened == ERROR_FILE_NOT_FOUND) {
       return;  // nothing there to erase
     }
     const std::wstring valueName(selector);
+    DWORD dataBytes = 0;
+    const bool sized =
+        key && RegQueryValueExW(key.Get(), valueName.c_str(), nullptr, nullptr, nullptr, &dataBytes) == ERROR_SUCCESS;
     if (key && RegDeleteValueW(key.Get(), valueName.c_str()) == ERROR_SUCCESS) {
-      tally.Erased(1);
+      tally.Erased(1, sized ? dataBytes : 0);
     } else {
       tally.EraseFailed(where + L"\\" + valueName);
     }
@@ -171,7 +197,7 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     const std::wstring ownName(lastSlash == std::wstring_view::npos ? keyPath : keyPath.substr(lastSlash + 1));
     const UniqueKey parent = OpenKey(root, parentPath, KEY_QUERY_VALUE);
     if (parent && DeleteLinkKey(parent.Get(), ownName.c_str())) {
-      tally.Erased(1);
+      tally.Erased(1, 0);
     } else {
       tally.EraseFailed(where);
     }
@@ -182,9 +208,10 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
   // that cannot go is counted as failed and stepped over, so the walk always ends.
   std::vector<wchar_t> name(kNameBuffer);
   std::vector<OpenedKey> stack;
-  const DWORD topValues = CountValues(key.Get());
+  const KeyValues topValues = ValuesOf(key.Get(), name);
   stack.push_back({std::move(key), std::wstring(keyPath), 0, topValues});
   int valuesDeleted = 0;
+  uint64_t bytesDeleted = 0;
   bool topKeyDeleted = false;
   while (!stack.empty()) {
     OpenedKey& top = stack.back();
@@ -200,9 +227,11 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
       const SubKeyOpening opening = OpenSubKey(top.key.Get(), name.data(), kEraseAccess, child, childValues);
       const std::wstring childPath = top.path + L"\\" + name.data();
       switch (opening) {
-        case SubKeyOpening::kOpened:
-          stack.push_back({std::move(child), childPath, 0, childValues});
+        case SubKeyOpening::kOpened: {
+          const KeyValues values = ValuesOf(child.Get(), name);
+          stack.push_back({std::move(child), childPath, 0, values});
           break;
+        }
         case SubKeyOpening::kLink:
           // A link goes by itself, its target untouched.
           if (!DeleteLinkKey(top.key.Get(), name.data())) {
@@ -238,15 +267,16 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
       ++stack.back().nextSubKey;
     }
     if (deleted) {
-      valuesDeleted += static_cast<int>(finished.values);
+      valuesDeleted += static_cast<int>(finished.values.count);
+      bytesDeleted += finished.values.bytes;
     } else {
       tally.EraseFailed(std::wstring(RootPrefixOf(root)) + finished.path);
     }
   }
   if (valuesDeleted > 0) {
-    tally.Erased(valuesDeleted);
+    tally.Erased(valuesDeleted, bytesDeleted);
   } else if (topKeyDeleted) {
-    tally.Erased(1);
+    tally.Erased(1, 0);
   }
 }
 

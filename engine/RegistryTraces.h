@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <functional>
 #include <string_view>
 
@@ -14,8 +15,10 @@ namespace lumenor {
 
 inline constexpr std::wstring_view kWholeKey = L"*.*";
 
-// Called for each value found: the key path it was found in, and its name.
-using RegistryTraceFound = std::function<void(std::wstring_view keyPath, std::wstring_view valueName)>;
+// Called for each value found: the key path it was found in, its name and the size of its
+// data in bytes.
+using RegistryTraceFound =
+    std::function<void(std::wstring_view keyPath, std::wstring_view valueName, uint64_t dataBytes)>;
 
 // Reports every value of the key and of all its sub-keys (sub-keys first, each before the
 // values of its parent), or just the named value if it exists. Sub-keys themselves are
@@ -24,7 +27,8 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
                           const RegistryTraceFound& found);
 
 // Deletes the named value, or the whole key with everything below it. A whole key
-// reports the number of values deleted with it, and one when it held none. A registry
+// reports the number of values deleted with it, and one when it held none, with the size
+// of their data. A registry
 // link, the key itself or one below it, is deleted as a link; what it points to is never
 // touched. A missing key is nothing to erase; a key that is there but cannot be opened
 // for erasing, and a value (missing ones too) or key that cannot be deleted, each count

@@ -1,6 +1,5 @@
 #include "engine/TraceEngine.h"
 
-#include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "engine/FilePath.h"
 #include "engine/FileTraces.h"
@@ -40,39 +39,36 @@ FileLocationPlan PlanFileLocation(const CMyObject& item, int index, const Locati
   return plan;
 }
 
-void ReportTrace(CMyObject& item, TraceSink& sink, std::wstring location, std::wstring_view name, bool isRegistry) {
+void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::wstring location,
+                 std::wstring_view name, bool isRegistry, uint64_t bytes) {
   FoundTrace trace;
-  trace.item = &item;
+  trace.item = item.node;
   trace.name = name;
   trace.location = std::move(location);
   trace.isRegistry = isRegistry;
-  item.IncrementFoundCount();
-  if (CMyObject* application = item.Parent()) {
-    application->IncrementFoundCount();
-    if (CMyObject* category = application->Parent()) {
-      category->IncrementFoundCount();
-    }
-  }
+  trace.bytes = bytes;
+  run.CountTrace(item, bytes);
   sink.TraceFound(trace);
 }
 
 }  // namespace
 
-void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop, const FolderGuard& guard) {
-  sink.ItemStarted(item);
-  for (int index = 0; index < item.LocationCount(); ++index) {
-    item.SetCurrentLocation(index);
-    const LocationRecord& location = item.Locations()[static_cast<size_t>(index)];
+void ScanItem(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, const StopToken& stop,
+              const FolderGuard& guard) {
+  sink.ItemStarted(*item.node);
+  for (size_t index = 0; index < item.locations.size(); ++index) {
+    const LocationRecord& location = item.locations[index];
     if (location.IsRegistry()) {
       ScanRegistryLocation(location.rootKey, location.path, location.selector, stop,
-                           [&](std::wstring_view keyPath, std::wstring_view valueName) {
-                             ReportTrace(item, sink, location.rootPrefix + std::wstring(keyPath), valueName, true);
+                           [&](std::wstring_view keyPath, std::wstring_view valueName, uint64_t dataBytes) {
+                             ReportTrace(run, item, sink, location.rootPrefix + std::wstring(keyPath), valueName, true,
+                                         dataBytes);
                            });
       continue;
     }
-    const FileLocationPlan plan = PlanFileLocation(item, index, location, guard);
-    const auto report = [&](std::wstring_view folder, std::wstring_view fileName) {
-      ReportTrace(item, sink, std::wstring(folder), fileName, false);
+    const FileLocationPlan plan = PlanFileLocation(*item.node, static_cast<int>(index), location, guard);
+    const auto report = [&](std::wstring_view folder, std::wstring_view fileName, uint64_t bytes) {
+      ReportTrace(run, item, sink, std::wstring(folder), fileName, false, bytes);
     };
     if (plan.walk) {
       ScanFileLocation(*plan.walk, location.selector, location.kind, stop, report);
@@ -82,23 +78,22 @@ void ScanItem(CMyObject& item, TraceSink& sink, const StopToken& stop, const Fol
       sink.LocationSkipped(plan.skipped);
     }
   }
-  sink.ItemFinished(item);
+  sink.ItemFinished(*item.node);
 }
 
-void EraseItem(CMyObject& item, EraseTally& tally, const FolderGuard& guard) {
-  for (int index = 0; index < item.LocationCount(); ++index) {
-    item.SetCurrentLocation(index);
-    const LocationRecord& location = item.Locations()[static_cast<size_t>(index)];
+void EraseItem(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& guard) {
+  for (size_t index = 0; index < item.locations.size(); ++index) {
+    const LocationRecord& location = item.locations[index];
     if (location.IsRegistry()) {
       EraseRegistryLocation(location.rootKey, location.path, location.selector, tally);
       continue;
     }
-    const FileLocationPlan plan = PlanFileLocation(item, index, location, guard);
+    const FileLocationPlan plan = PlanFileLocation(*item.node, static_cast<int>(index), location, guard);
     if (plan.skipped.item != nullptr) {
       tally.LocationSkipped(plan.skipped);
       continue;
     }
-    if (item.Id() == kItemVisitedSites) {
+    if (item.node->Id() == kItemVisitedSites) {
       ClearUrlHistoryStore();
     }
     if (plan.walk) {
@@ -110,28 +105,36 @@ void EraseItem(CMyObject& item, EraseTally& tally, const FolderGuard& guard) {
   }
 }
 
-bool RemoveListedTrace(const std::wstring& name, const std::wstring& location, bool isRegistry) {
+std::optional<uint64_t> RemoveListedTrace(const std::wstring& name, const std::wstring& location, bool isRegistry) {
   if (!isRegistry) {
     // The row holds the folder and name as the walk listed them: deleted as they stand,
     // so "a." is never read as "a". A folder that is not such a listing is refused.
     if (!IsExactFolderPath(location) || !NamesOneFile(name)) {
-      return false;
+      return std::nullopt;
     }
-    return DeleteFileW(ForFileApi(location + name).c_str()) != FALSE;
+    const std::wstring path = ForFileApi(location + name);
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    const uint64_t bytes = GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) != FALSE
+                               ? (static_cast<uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow
+                               : 0;
+    if (DeleteFileW(path.c_str()) == FALSE) {
+      return std::nullopt;
+    }
+    return bytes;
   }
   // Every row is taken to be under the current user, whatever root it names; that is how
   // the list has always removed single values.
   const size_t rootEnd = location.find(L'\\');
   const std::wstring keyPath = rootEnd == std::wstring::npos ? std::wstring() : location.substr(rootEnd + 1);
-  const UniqueKey key = OpenKey(HKEY_CURRENT_USER, keyPath, KEY_SET_VALUE);
-  if (key) {
-    (void)RegDeleteValueW(key.Get(), name.c_str());  // the row goes whether or not the value did
+  const UniqueKey key = OpenKey(HKEY_CURRENT_USER, keyPath, KEY_SET_VALUE | KEY_QUERY_VALUE);
+  DWORD bytes = 0;
+  if (key && RegQueryValueExW(key.Get(), name.c_str(), nullptr, nullptr, nullptr, &bytes) != ERROR_SUCCESS) {
+    bytes = 0;
   }
-  return true;
-}
-
-void ResetFoundCounts(CMyObject* root) {
-  ForEachNode(root, [](CMyObject& node) { node.SetFoundCount(0); });
+  if (!key || RegDeleteValueW(key.Get(), name.c_str()) != ERROR_SUCCESS) {
+    return uint64_t{0};  // the row goes whether or not the value did; nothing went with it
+  }
+  return uint64_t{bytes};
 }
 
 }  // namespace lumenor

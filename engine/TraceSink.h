@@ -4,6 +4,7 @@
 
 #include "engine/FolderSafety.h"
 
+#include <cstdint>
 #include <string>
 
 namespace lumenor {
@@ -16,6 +17,7 @@ struct FoundTrace {
   std::wstring name;      // value name or file name
   std::wstring location;  // root prefix and key path, or folder path ending with "\"
   bool isRegistry = false;
+  uint64_t bytes = 0;     // the file's size, or the size of the value's data
 };
 
 // A location of an item that was neither scanned nor erased because its folder failed
@@ -37,11 +39,12 @@ class TraceSink {
 };
 
 // Deletions during an erase. A whole registry key reports the number of values it held
-// (an empty key counts as one); a value or a file reports one.
+// (an empty key counts as one); a value or a file reports one. `bytes` is what went with
+// them: the files' sizes, the values' data.
 class EraseTally {
  public:
   virtual ~EraseTally() = default;
-  virtual void Erased(int count) = 0;
+  virtual void Erased(int count, uint64_t bytes) = 0;
   virtual void EraseFailed(const std::wstring& what) = 0;
   virtual void LocationSkipped(const SkippedLocation& skipped) = 0;
 };

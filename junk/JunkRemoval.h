@@ -5,6 +5,7 @@
 
 #include "engine/TraceSink.h"
 
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -13,10 +14,11 @@ namespace lumenor {
 // The full path of a listed file: its folder (ending with "\") and its name.
 inline std::wstring JunkPath(const std::wstring& folder, const std::wstring& name) { return folder + name; }
 
-// Deletes the file at `path`; false when it is still there, or is a folder.
-bool DeleteJunkFile(const std::wstring& path);
+// Deletes the file at `path`; false when it is still there, or is a folder. `bytes`, when
+// given, receives the size of the file deleted.
+bool DeleteJunkFile(const std::wstring& path, uint64_t* bytes = nullptr);
 
-// Deletes each file in turn, reporting one deletion or one failure per file.
+// Deletes each file in turn, reporting one deletion (with its size) or one failure per file.
 void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally);
 
 }  // namespace lumenor

@@ -32,6 +32,7 @@
 #define IDC_SCAN_ANIMATION 1016
 #define IDC_SCAN_TREE 10000
 #define IDC_SCAN_RESULTS 10001
+#define IDC_SCAN_SUMMARY 10002
 #define IDC_SCAN_START 15001
 #define IDC_SCAN_DELETE_ROW 15002
 #define IDC_SCAN_ERASE 15003
@@ -186,6 +187,7 @@
 #define IDS_SELECT_ALL_CAPTION 4408
 #define IDS_SELECT_ALL_WARNING 4409
 #define IDS_SCAN_SKIPPED 4410
+#define IDS_SCAN_SUMMARY 4411
 
 // Settings page and update check.
 #define IDS_OPTIONS_DAY_FIRST 4500  // "Day", then "Sunday" to "Saturday": 4500 to 4507

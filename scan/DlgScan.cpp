@@ -2,6 +2,7 @@
 
 #include "settings/Settings.h"
 #include "base/ResourceString.h"
+#include "base/TextFormat.h"
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"
 #include "controls/ListFeed.h"
@@ -29,6 +30,7 @@ constexpr int kActionColumnWidth = 128;
 constexpr int kActionStep = 33;     // from one action button's top to the next
 constexpr int kTreeToActions = 26;  // between the tree and the action column
 constexpr int kTreeToResults = 4;
+constexpr int kSummaryHeight = 16;  // the line under the results: one line of the page's font
 
 // The tag of a row that tells of a skipped location rather than a trace.
 constexpr LPARAM kSkippedRowTag = 2;
@@ -80,6 +82,7 @@ class CDlgScan::PageReports final : public RunReports {
       : page_(page), rows_(page.tasks_, page.results_, [&page](const std::vector<controls::ListRow>& rows) {
           for (const controls::ListRow& row : rows) page.foundCount_ += row.tag == kSkippedRowTag ? 0 : 1;
           page.tree_.RefreshCounts();
+          page.ShowSummary();
         }) {}
 
   void StageReached(RunStage stage) override {
@@ -105,7 +108,7 @@ class CDlgScan::PageReports final : public RunReports {
     rows_.Add(controls::ListRow{{skipped.item->Name(), std::move(text), skipped.location}, kSkippedRowTag});
   }
   // The one-click erase runs without the progress dialog: nobody counts its deletions.
-  void Erased(int) override {}
+  void Erased(int, uint64_t) override {}
   void EraseFailed(const std::wstring&) override {}
 
  private:
@@ -191,8 +194,12 @@ void CDlgScan::LayOut() {
   const RECT tree{client.left + kMargin, client.top + kMargin + kSelectionButton.cy, actionLeft - kTreeToActions,
                   client.bottom / 2};
   (void)tree_.Move(tree);
+  const int summaryTop = client.bottom - kMargin - kSummaryHeight;
   (void)results_.Move(
-      RECT{client.left + kMargin, tree.bottom + kTreeToResults, client.right - kMargin, client.bottom - kMargin});
+      RECT{client.left + kMargin, tree.bottom + kTreeToResults, client.right - kMargin, summaryTop - kTreeToResults});
+  // A page made without the line has nothing to place.
+  (void)::MoveWindow(::GetDlgItem(window_, IDC_SCAN_SUMMARY), client.left + kMargin, summaryTop,
+                     client.right - client.left - 2 * kMargin, kSummaryHeight, TRUE);
   // Where a fourth action button would go, in what is left beside the tree; the picture
   // is drawn centred in it.
   (void)animation_.Move(RECT{tree.right + kMargin, actionTop, client.right - kMargin, tree.bottom});
@@ -219,6 +226,27 @@ void CDlgScan::EnableActions(bool enable) {
 void CDlgScan::EmptyResults() {
   (void)results_.DeleteAll();  // a list that is gone has nothing to show
   foundCount_ = 0;
+  bytesDeletedByHand_ = 0;
+  ShowSummary();
+}
+
+void CDlgScan::DropRun() {
+  tree_.ShowRun(nullptr);
+  run_.reset();
+}
+
+uint64_t CDlgScan::BytesFound() const {
+  const uint64_t found = run_ ? run_->TraceBytes() : 0;
+  return found > bytesDeletedByHand_ ? found - bytesDeletedByHand_ : 0;
+}
+
+void CDlgScan::ShowSummary() {
+  std::wstring text;
+  if (run_) {
+    text = FillPlaceholders(LoadResourceString(IDS_SCAN_SUMMARY),
+                            {std::to_wstring(foundCount_), FormatByteSize(BytesFound())});
+  }
+  (void)::SetDlgItemTextW(window_, IDC_SCAN_SUMMARY, text.c_str());  // a page without the line shows no total
 }
 
 void CDlgScan::BeginScanLook() {
@@ -226,8 +254,8 @@ void CDlgScan::BeginScanLook() {
   ScanRunning = 1;
   ShowScanLook(true);
   EnableActions(false);
+  DropRun();
   EmptyResults();
-  scanned_.clear();
   tree_.ResetScanStates();
   animation_.Start();
 }
@@ -253,8 +281,8 @@ void CDlgScan::OnStage(RunStage stage) {
       break;
     case RunStage::kEraseFinished:
       tree_.ResetScanStates();
+      DropRun();
       EmptyResults();
-      scanned_.clear();
       status(false, IDS_STATUS_DELETE_DONE, IDS_STATUS_DELETE_TOTAL);
       break;
   }
@@ -274,6 +302,17 @@ void CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopTo
   });
 }
 
+void CDlgScan::StartRun(std::function<void(ScanRun& run, PageReports& reports, const StopToken& stop)> work) {
+  // The run of the ticked items is made here, before the worker fills it, so the tree can
+  // show its counts from the first trace on.
+  run_ = MakeScanRun(CatalogueRoot(), selection_.TickedItems());
+  tree_.ShowRun(run_.get());
+  ShowSummary();
+  StartWorker([run = run_, work = std::move(work)](PageReports& reports, const StopToken& stop) {
+    work(*run, reports, stop);
+  });
+}
+
 void CDlgScan::StartScan() {
   if (ScanBusy != 0) {
     if (stop_) {
@@ -285,11 +324,8 @@ void CDlgScan::StartScan() {
     return;  // a one-click erase is still erasing
   }
   BeginScanLook();
-  const std::vector<unsigned> ids = selection_.TickedItems();
-  StartWorker([this, ids](PageReports& reports, const StopToken& stop) {
-    const FolderGuard guard(MachinePaths());
-    std::vector<CMyObject*> scanned = ScanTickedItems(CatalogueRoot(), ids, &settings_, reports, stop, guard);
-    (void)tasks_.Post([this, scanned = std::move(scanned)] { scanned_ = scanned; });  // the page went: no erase
+  StartRun([this](ScanRun& run, PageReports& reports, const StopToken& stop) {
+    ScanItems(run, &settings_, reports, stop, FolderGuard(MachinePaths()));
   });
 }
 
@@ -301,23 +337,19 @@ bool CDlgScan::StartOneClickErase() {
   TickOneClickList(selection_, settings_);
   tree_.RefreshChecks();
   BeginScanLook();
-  const std::vector<unsigned> ids = selection_.TickedItems();
-  StartWorker([this, ids](PageReports& reports, const StopToken& stop) {
-    const FolderGuard guard(MachinePaths());
-    RunOneClickErase(CatalogueRoot(), ids, &settings_, reports, stop, guard);
+  StartRun([this](ScanRun& run, PageReports& reports, const StopToken& stop) {
+    RunOneClickErase(run, &settings_, reports, stop, FolderGuard(MachinePaths()));
   });
   return true;
 }
 
 void CDlgScan::Erase() {
-  if (scanned_.empty() || foundCount_ < 1 || Busy()) {
+  if (!run_ || foundCount_ < 1 || Busy()) {
     return;
   }
   EraseDialogOpen = 1;
-  const std::vector<CMyObject*> items = scanned_;
-  const INT_PTR result = runEraseDialog_(window_, foundCount_, [items](EraseTally& tally) {
-    const FolderGuard guard(MachinePaths());
-    EraseFoundItems(items, tally, guard);
+  const INT_PTR result = runEraseDialog_(window_, foundCount_, [run = run_](EraseTally& tally) {
+    EraseFoundItems(*run, tally, FolderGuard(MachinePaths()));
   });
   EraseDialogOpen = 0;
   // Only the dialog's hidden Cancel button ends it so; a dialog that could not be shown
@@ -325,10 +357,9 @@ void CDlgScan::Erase() {
   if (result != IDOK && result != -1) {
     restart_();
   }
-  ResetFoundCounts(CatalogueRoot());
   tree_.ResetScanStates();
+  DropRun();
   EmptyResults();
-  scanned_.clear();
 }
 
 void CDlgScan::DeleteSelectedRow() {
@@ -341,11 +372,15 @@ void CDlgScan::DeleteSelectedRow() {
     (void)results_.DeleteRow(row);  // a note, not a trace: nothing to delete behind it
     return;
   }
-  if (!RemoveListedTrace(results_.RowText(row, 1), results_.RowText(row, 2), tag == kRegistryRowTag)) {
+  const std::optional<uint64_t> bytes =
+      RemoveListedTrace(results_.RowText(row, 1), results_.RowText(row, 2), tag == kRegistryRowTag);
+  if (!bytes) {
     return;  // the file is still there: so is its row
   }
   if (results_.DeleteRow(row)) {
     --foundCount_;
+    bytesDeletedByHand_ += *bytes;
+    ShowSummary();
   }
 }
 

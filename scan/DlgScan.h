@@ -19,6 +19,7 @@
 #include "scan/Restart.h"
 
 #include <array>
+#include <cstdint>
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -48,6 +49,8 @@ class CDlgScan : public controls::CDialog {
   int OneClickRequests() const { return oneClickRequests_; }
   // Traces found by the running or last scan, less the rows deleted by hand.
   int ItemsDone() const { return foundCount_; }
+  // Their bytes, as the line under the results tells them.
+  uint64_t BytesFound() const;
   // Whether a scan, an erase or a one-click erase of the page is under way.
   bool Busy() const;
 
@@ -63,7 +66,8 @@ class CDlgScan : public controls::CDialog {
   ItemSelection& Selection() { return selection_; }
   CMyTreeCtrl& Tree() { return tree_; }
   controls::CMyListCtrl& Results() { return results_; }
-  const std::vector<CMyObject*>& ScannedItems() const { return scanned_; }
+  // The running or last scan's run; null before the first scan and after an erase.
+  const ScanRun* Run() const { return run_.get(); }
   // Waits until the running worker has ended and its results are shown; for tests and
   // the program's end.
   void WaitForWorker();
@@ -88,9 +92,13 @@ class CDlgScan : public controls::CDialog {
   void EnableActions(bool enable);
   // Common to a scan and a one-click erase: a fresh stop signal and the worker.
   void StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run);
+  // A new run of the ticked items, shown in the tree and filled by `work` on the worker.
+  void StartRun(std::function<void(ScanRun& run, PageReports& reports, const StopToken& stop)> work);
   void BeginScanLook();
   void OnStage(RunStage stage);
   void EmptyResults();
+  void DropRun();
+  void ShowSummary();
 
   CIniFileRW settings_;
   controls::CMyGifPicture animation_;
@@ -105,8 +113,10 @@ class CDlgScan : public controls::CDialog {
   std::thread worker_;
   std::atomic<bool> running_{false};
   std::shared_ptr<StopSignal> stop_;  // the running worker's, fresh for each run
-  std::vector<CMyObject*> scanned_;
+  // Shared with the worker that fills it; the tree reads its counts.
+  std::shared_ptr<ScanRun> run_;
   int foundCount_ = 0;
+  uint64_t bytesDeletedByHand_ = 0;
   int oneClickRequests_ = 0;
 
   StatusSink statusSink_;

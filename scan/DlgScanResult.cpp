@@ -37,7 +37,7 @@ class CDlgScanResult::WorkerTally final : public EraseTally {
  public:
   explicit WorkerTally(CDlgScanResult& dialog) : dialog_(dialog) {}
 
-  void Erased(int count) override {
+  void Erased(int count, uint64_t /*bytes*/) override {
     EraseProgress::Refresh refresh;
     {
       const std::lock_guard<std::mutex> lock(dialog_.mutex_);

@@ -1,12 +1,14 @@
 #include "scan/MyTreeCtrl.h"
 
 #include "base/ResourceString.h"
+#include "base/TextFormat.h"
 #include "res/artwork_ids.h"
 
 #include <windowsx.h>
 
 #include <cstring>
 #include <string>
+#include <string_view>
 
 namespace lumenor {
 
@@ -42,12 +44,13 @@ bool CMyTreeCtrl::CreateTree(HWND parent, int id, const RECT& rect, HFONT font) 
   (void)busyStrip_.Load(IDB_TREE_BUSY);  // missing: no mark is drawn
   (void)doneMark_.Load(IDB_TREE_DONE);
 
-  // Room for five digits of counts in the tree's font.
+  // Room for five digits of counts and a size in the tree's font.
   HDC dc = ::GetDC(window_);
   if (dc != nullptr) {
     const HGDIOBJ old = ::SelectObject(dc, font != nullptr ? font : ::GetStockObject(DEFAULT_GUI_FONT));
-    if (::GetTextExtentPoint32W(dc, L"67890", 5, &countLabel_) == FALSE) {
-      countLabel_ = SIZE{40, 16};
+    constexpr std::wstring_view kWidest = L"67890 (999.9 MB)";
+    if (::GetTextExtentPoint32W(dc, kWidest.data(), static_cast<int>(kWidest.size()), &countLabel_) == FALSE) {
+      countLabel_ = SIZE{100, 16};
     }
     (void)::SelectObject(dc, old);
     (void)::ReleaseDC(window_, dc);
@@ -195,7 +198,9 @@ void CMyTreeCtrl::DrawRowExtras(HDC dc, int row, const RECT& line) const {
     RECT label{right - countLabel_.cx, line.top, right, line.bottom};
     // The tree repaints only its rows' texts: an older count would show through.
     (void)::FillRect(dc, &label, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
-    const std::wstring count = std::to_wstring(node->FoundCount());
+    const std::wstring count = run_ == nullptr ? L"0"
+                                               : std::to_wstring(run_->FoundCount(*node)) + L" (" +
+                                                     FormatByteSize(run_->FoundBytes(*node)) + L")";
     (void)::SetBkMode(dc, TRANSPARENT);
     (void)::SetTextColor(dc, kCountColour);
     (void)::DrawTextW(dc, count.c_str(), static_cast<int>(count.size()), &label,

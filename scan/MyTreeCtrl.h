@@ -7,6 +7,7 @@
 #include "catalogue/CMyObject.h"
 #include "controls/Bitmap.h"
 #include "controls/Control.h"
+#include "engine/ScanRun.h"
 #include "scan/CatalogueImages.h"
 #include "scan/ItemSelection.h"
 
@@ -43,6 +44,11 @@ class CMyTreeCtrl : public controls::CControl {
   void BeginItem(unsigned id);
   void EndItem();
   int ScanStateOf(unsigned id) const;
+  // The run whose counts and sizes the rows show once scanned; null: none.
+  void ShowRun(const ScanRun* run) {
+    run_ = run;
+    (void)Invalidate();
+  }
   // Repaints the counts.
   void RefreshCounts() const { (void)Invalidate(); }
 
@@ -64,6 +70,7 @@ class CMyTreeCtrl : public controls::CControl {
   void SetScanState(int row, int state);
 
   ItemSelection* selection_ = nullptr;
+  const ScanRun* run_ = nullptr;
   std::vector<const CMyObject*> nodes_;
   std::vector<HTREEITEM> items_;
   std::vector<int> scanStates_;

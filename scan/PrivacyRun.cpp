@@ -1,9 +1,9 @@
 #include "scan/PrivacyRun.h"
 
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "engine/Locations.h"
 #include "engine/TraceEngine.h"
+#include "settings/Settings.h"
 
 #include <set>
 
@@ -18,33 +18,35 @@ std::vector<CMyObject*> ItemsInCatalogueOrder(CMyObject* root, const std::vector
   return items;
 }
 
-std::vector<CMyObject*> ScanTickedItems(CMyObject* root, const std::vector<unsigned>& tickedIds,
-                                        const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
-                                        const FolderGuard& guard) {
+std::unique_ptr<ScanRun> MakeScanRun(CMyObject* root, const std::vector<unsigned>& tickedIds) {
+  const std::vector<CMyObject*> items = ItemsInCatalogueOrder(root, tickedIds);
+  return std::make_unique<ScanRun>(std::vector<const CMyObject*>(items.begin(), items.end()));
+}
+
+void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
+               const FolderGuard& guard) {
   reports.StageReached(RunStage::kScanStarted);
-  ResetFoundCounts(root);
-  std::vector<CMyObject*> items = ItemsInCatalogueOrder(root, tickedIds);
   if (recentTo != nullptr) {
     std::vector<unsigned> ids;
-    for (const CMyObject* item : items) ids.push_back(item->Id());
+    for (const ScanRun::Item& item : run.Items()) ids.push_back(item.node->Id());
     // A selection that could not be saved changes nothing about this scan.
     (void)WriteSelection(*recentTo, Selection::kRecent, ids);
   }
+  std::vector<ScanRun::Item>& items = run.Items();
   for (size_t index = 0; index < items.size(); ++index) {
-    FillLocations(*items[index]);
-    ScanItem(*items[index], reports, stop, guard);
+    items[index].locations = FixedItemLocations(items[index].node->Id());
+    ScanItem(run, items[index], reports, stop, guard);
     if (stop.StopRequested()) {
-      items.resize(index + 1);
+      run.KeepFirst(index + 1);
       break;
     }
   }
   reports.StageReached(RunStage::kScanFinished);
-  return items;
 }
 
-void EraseFoundItems(const std::vector<CMyObject*>& items, EraseTally& tally, const FolderGuard& guard) {
-  for (CMyObject* item : items) {
-    if (item->FoundCount() > 0) EraseItem(*item, tally, guard);
+void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard) {
+  for (const ScanRun::Item& item : run.Items()) {
+    if (run.FoundCount(*item.node) > 0) EraseItem(item, tally, guard);
   }
 }
 
@@ -53,12 +55,11 @@ void TickOneClickList(ItemSelection& selection, const CIniFileRW& settings) {
   for (const unsigned id : ReadSelection(settings, Selection::kOneClick)) (void)selection.TickById(id);
 }
 
-void RunOneClickErase(CMyObject* root, const std::vector<unsigned>& tickedIds, const CIniFileRW* recentTo,
-                      RunReports& reports, const StopToken& stop, const FolderGuard& guard) {
-  const std::vector<CMyObject*> scanned = ScanTickedItems(root, tickedIds, recentTo, reports, stop, guard);
+void RunOneClickErase(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
+                      const FolderGuard& guard) {
+  ScanItems(run, recentTo, reports, stop, guard);
   reports.StageReached(RunStage::kEraseStarted);
-  for (CMyObject* item : scanned) EraseItem(*item, reports, guard);
-  ResetFoundCounts(root);
+  for (const ScanRun::Item& item : run.Items()) EraseItem(item, reports, guard);
   reports.StageReached(RunStage::kEraseFinished);
 }
 

@@ -7,10 +7,12 @@
 #include "settings/IniFileRW.h"
 #include "catalogue/CMyObject.h"
 #include "engine/FolderSafety.h"
+#include "engine/ScanRun.h"
 #include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 #include "scan/ItemSelection.h"
 
+#include <memory>
 #include <vector>
 
 namespace lumenor {
@@ -32,24 +34,28 @@ class RunReports : public TraceSink, public EraseTally {
 // one-click tree's "Favorites") are left out.
 std::vector<CMyObject*> ItemsInCatalogueOrder(CMyObject* root, const std::vector<unsigned>& ids);
 
-// A scan of the ticked items: every node's found count back to 0, the ids saved as the
-// recent selection (when `recentTo` is given), then each item's locations filled and
-// scanned in order. A stop request ends the run after the item being scanned. Returns the
-// items scanned: those cut off by a stop are neither scanned nor erased later.
-std::vector<CMyObject*> ScanTickedItems(CMyObject* root, const std::vector<unsigned>& tickedIds,
-                                        const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
-                                        const FolderGuard& guard);
+// A run over the ticked ids' items, in catalogue order, with nothing found yet. It is
+// made before its scan starts, so that a page can show its counts while a worker raises
+// them.
+std::unique_ptr<ScanRun> MakeScanRun(CMyObject* root, const std::vector<unsigned>& tickedIds);
 
-// Erases each item whose last scan found something, in order.
-void EraseFoundItems(const std::vector<CMyObject*>& items, EraseTally& tally, const FolderGuard& guard);
+// The scan of a run: its ids saved as the recent selection (when `recentTo` is given),
+// then each item's locations filled and scanned in order. A stop request ends the scan
+// after the item being scanned; the items after it leave the run, neither scanned nor
+// erased later.
+void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
+               const FolderGuard& guard);
+
+// Erases each item of the run whose scan found something, in order.
+void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard);
 
 // Unticks everything, then ticks the one-click list of the settings file. A missing count
 // reads as one entry, itself reading as 1, which names no item: nothing is ticked then.
 void TickOneClickList(ItemSelection& selection, const CIniFileRW& settings);
 
-// The one-click erase after the list is ticked: a scan of the ticked items, then an erase
-// of every one of them, whether the scan found anything in it or not.
-void RunOneClickErase(CMyObject* root, const std::vector<unsigned>& tickedIds, const CIniFileRW* recentTo,
-                      RunReports& reports, const StopToken& stop, const FolderGuard& guard);
+// The one-click erase after the list is ticked: a scan of the run, then an erase of every
+// item scanned, whether the scan found anything in it or not.
+void RunOneClickErase(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
+                      const FolderGuard& guard);
 
 }  // namespace lumenor

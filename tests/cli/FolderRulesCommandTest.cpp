@@ -85,7 +85,7 @@ TEST_F(WipeAttempt, TempNamingADriveOrSystemFolderInAnySpellingErasesNothing) {
     const std::string shown = ToUtf8(temp);
     EXPECT_EQ(erase.exitCode, 1u) << shown << "\n" << erase.out;
     EXPECT_NE(erase.out.find(skippedLine), std::string::npos) << shown << "\n" << erase.out;
-    EXPECT_NE(erase.out.find("\"deleted\":0,\"failed\":0,\"skipped\":1}"), std::string::npos) << shown << "\n"
+    EXPECT_NE(erase.out.find("\"deleted\":0,\"failed\":0,\"skipped\":1,\"bytes\":0}"), std::string::npos) << shown << "\n"
                                                                                               << erase.out;
     EXPECT_TRUE(MissingCanaries().empty()) << shown << ": " << ::testing::PrintToString(MissingCanaries());
   }
@@ -95,7 +95,7 @@ TEST_F(WipeAttempt, WithoutJsonTheRefusalIsAWarningAndTheSummaryCountsIt) {
   ASSERT_TRUE(SetEnvironmentVariableW(L"TEMP", L"C:\\\\"));
   const ProgramResult erase = RunProgram(CliProgram(), L"erase --items 106");
   EXPECT_EQ(erase.exitCode, 1u);
-  EXPECT_EQ(erase.out, "0 traces found, 0 deleted, 0 failed, 1 skipped\n");
+  EXPECT_EQ(erase.out, "0 traces found, 0 deleted, 0 failed, 1 skipped, 0 KB recovered\n");
   EXPECT_NE(erase.err.find("warning: skipped C:\\ (Temporary file directory): protected folder"), std::string::npos)
       << erase.err;
   const ProgramResult scan = RunProgram(CliProgram(), L"scan --items 106");
@@ -111,7 +111,7 @@ TEST_F(WipeAttempt, AnOrdinaryTempFolderIsErasedAndTheEraseSucceeds) {
   ASSERT_TRUE(SetEnvironmentVariableW(L"TEMP", temp.Path().c_str()));
   const ProgramResult erase = RunProgram(CliProgram(), L"erase --json --items 106");
   EXPECT_EQ(erase.exitCode, 0u) << erase.out;
-  EXPECT_NE(erase.out.find("\"deleted\":2,\"failed\":0,\"skipped\":0}"), std::string::npos) << erase.out;
+  EXPECT_NE(erase.out.find("\"deleted\":2,\"failed\":0,\"skipped\":0,\"bytes\":10}"), std::string::npos) << erase.out;
   EXPECT_FALSE(testing::FileExists(temp / L"a.tmp"));
   EXPECT_TRUE(MissingCanaries().empty());
 }

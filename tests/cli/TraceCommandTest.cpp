@@ -25,7 +25,8 @@ using testing::RunProgram;
 std::string TraceLine(const testing::SeededTrace& trace, const std::wstring& itemName) {
   return "{\"type\":\"trace\",\"id\":" + std::to_string(trace.itemId) + ",\"item\":\"" +
          testing::JsonEscaped(itemName) + "\",\"name\":\"" + testing::JsonEscaped(trace.name) + "\",\"location\":\"" +
-         testing::JsonEscaped(trace.location) + "\",\"registry\":" + (trace.isRegistry ? "true" : "false") + "}";
+         testing::JsonEscaped(trace.location) + "\",\"registry\":" + (trace.isRegistry ? "true" : "false") +
+         ",\"bytes\":" + std::to_string(trace.bytes) + "}";
 }
 
 // The test's traces go into a TEMP folder of its own, which the program inherits, so the
@@ -78,14 +79,17 @@ TEST_F(SeededMachine, ScanListsEverySeededTraceAsAJsonLineAndSumsUp) {
   const std::set<std::string> printed(lines.begin(), lines.end());
   CMyObject names;
   std::set<unsigned> itemsWithTraces;
+  uint64_t bytes = 0;
   for (const testing::SeededTrace& trace : SeededInItems()) {
     names.SetId(trace.itemId);
     EXPECT_EQ(printed.count(TraceLine(trace, names.Name())), 1u) << TraceLine(trace, names.Name());
     itemsWithTraces.insert(trace.itemId);
+    bytes += trace.bytes;
   }
   ASSERT_FALSE(lines.empty());
   EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"traces\":" + std::to_string(lines.size() - 1) +
-                              ",\"items\":" + std::to_string(itemsWithTraces.size()) + "}");
+                              ",\"items\":" + std::to_string(itemsWithTraces.size()) +
+                              ",\"bytes\":" + std::to_string(bytes) + "}");
 }
 
 TEST_F(SeededMachine, EraseDeletesWhatTheScanFoundAndASecondScanFindsNothing) {
@@ -95,8 +99,15 @@ TEST_F(SeededMachine, EraseDeletesWhatTheScanFoundAndASecondScanFindsNothing) {
   const std::vector<std::string> lines = testing::SplitLines(erase.out);
   ASSERT_FALSE(lines.empty());
   const std::string traces = std::to_string(lines.size() - 1);
-  EXPECT_EQ(lines.back(),
-            "{\"type\":\"summary\",\"traces\":" + traces + ",\"deleted\":" + traces + ",\"failed\":0,\"skipped\":0}");
+  uint64_t bytes = 0;
+  for (size_t line = 0; line + 1 < lines.size(); ++line) {
+    const size_t at = lines[line].rfind("\"bytes\":");
+    ASSERT_NE(at, std::string::npos) << lines[line];
+    bytes += std::stoull(lines[line].substr(at + 8));
+  }
+  EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"traces\":" + traces + ",\"deleted\":" + traces +
+                              ",\"failed\":0,\"skipped\":0,\"bytes\":" + std::to_string(bytes) + "}")
+      << "the bytes deleted are those the scan found";
 
   for (const testing::SeededTrace& trace : SeededInItems()) {
     if (!trace.isRegistry) {
@@ -104,7 +115,7 @@ TEST_F(SeededMachine, EraseDeletesWhatTheScanFoundAndASecondScanFindsNothing) {
     }
   }
   const ProgramResult again = RunProgram(CliProgram(), L"scan --items " + ItemList());
-  EXPECT_EQ(again.out, "0 traces found in 0 items\n");
+  EXPECT_EQ(again.out, "0 traces found in 0 items, 0 KB to be recovered\n");
 }
 
 TEST_F(SeededMachine, AFileThatCannotBeDeletedMakesTheEraseFail) {
@@ -155,12 +166,12 @@ TEST_F(OneClickCommand, ErasesEveryItemOfTheListEvenWhereTheScanFoundNothing) {
   ASSERT_TRUE(testing::WriteFileBytes(settingsPath_, "[OneClickItem]\r\nOneClickItems=1\r\nitem0=126\r\n"));
 
   const ProgramResult plain = RunProgram(CliProgram(), L"erase --json --items 126");
-  EXPECT_EQ(plain.out, "{\"type\":\"summary\",\"traces\":0,\"deleted\":0,\"failed\":0,\"skipped\":0}\n");
+  EXPECT_EQ(plain.out, "{\"type\":\"summary\",\"traces\":0,\"deleted\":0,\"failed\":0,\"skipped\":0,\"bytes\":0}\n");
   EXPECT_TRUE(OpenKey(HKEY_CURRENT_USER, kWordPadKey, KEY_READ)) << "an erase takes only what the scan found";
 
   const ProgramResult oneClick = RunProgram(CliProgram(), L"erase --json --one-click");
   EXPECT_EQ(oneClick.exitCode, 0u) << oneClick.out;
-  EXPECT_EQ(oneClick.out, "{\"type\":\"summary\",\"traces\":0,\"deleted\":1,\"failed\":0,\"skipped\":0}\n");
+  EXPECT_EQ(oneClick.out, "{\"type\":\"summary\",\"traces\":0,\"deleted\":1,\"failed\":0,\"skipped\":0,\"bytes\":0}\n");
   EXPECT_FALSE(OpenKey(HKEY_CURRENT_USER, kWordPadKey, KEY_READ)) << "one-click erases it all the same";
 }
 
@@ -182,7 +193,7 @@ TEST(CliTraceUsage, BadSelectionsExitWithTwoAndNameTheArgument) {
 TEST(CliTraceSelection, IdsThatNameNoItemAreIgnored) {
   const ProgramResult result = RunProgram(CliProgram(), L"scan --items 1,134,151,99999 --json");
   EXPECT_EQ(result.exitCode, 0u);
-  EXPECT_EQ(result.out, "{\"type\":\"summary\",\"traces\":0,\"items\":0}\n");
+  EXPECT_EQ(result.out, "{\"type\":\"summary\",\"traces\":0,\"items\":0,\"bytes\":0}\n");
 }
 
 }  // namespace

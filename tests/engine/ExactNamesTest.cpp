@@ -90,7 +90,7 @@ TEST_F(TwinNames, ARowWhoseFolderIsNotWrittenOutInFullDeletesNothing) {
 TEST_F(TwinNames, AWalkReportsBothNamesAsTheDiskHoldsThem) {
   std::vector<std::wstring> names;
   ScanFileLocation(*testing::Admitted(root_.Path()), L"*.*", kMatchEveryFile, StopToken(),
-                   [&](std::wstring_view, std::wstring_view name) { names.emplace_back(name); });
+                   [&](std::wstring_view, std::wstring_view name, uint64_t) { names.emplace_back(name); });
   std::sort(names.begin(), names.end());
   EXPECT_EQ(names, (std::vector<std::wstring>{L"a", L"a."}));
 }

@@ -27,7 +27,7 @@ std::vector<Found> Scan(const std::wstring& folder, std::wstring_view selector, 
   EXPECT_TRUE(admitted) << "refused: " << ::testing::PrintToString(folder);
   if (!admitted) return found;
   ScanFileLocation(*admitted, selector, kind, stop,
-                   [&](std::wstring_view where, std::wstring_view name) { found.emplace_back(where, name); });
+                   [&](std::wstring_view where, std::wstring_view name, uint64_t) { found.emplace_back(where, name); });
   std::sort(found.begin(), found.end());
   return found;
 }
@@ -93,7 +93,7 @@ TEST_F(FileLocation, ScanStopsAfterTheEntryBeingHandled) {
   StopSignal stop;
   int reported = 0;
   ScanFileLocation(*testing::Admitted(root_.Path()), L"*.*", kMatchEveryFile, StopToken(&stop),
-                   [&](std::wstring_view, std::wstring_view) {
+                   [&](std::wstring_view, std::wstring_view, uint64_t) {
                      ++reported;
                      stop.Request();
                    });

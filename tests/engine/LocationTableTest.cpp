@@ -95,9 +95,8 @@ TEST(LocationTable, EveryRecordOfEveryItemMatchesTheCheckedTable) {
   ForEachNode(catalogue.Root(), [&](CMyObject& node) {
     if (node.Level() != CMyObject::kItem) return;
     ++items;
-    FillLocations(node, machine.Paths());
     int order = 0;
-    for (const LocationRecord& record : node.Locations()) {
+    for (const LocationRecord& record : FixedItemLocations(node.Id(), machine.Paths())) {
       rows.push_back(std::to_string(node.Id()) + "\t" + std::to_string(order++) + "\t" + std::to_string(record.kind) +
                      "\t" + RootName(record.rootKey) + "\t" + Shown(record.path, machine.Root()) + "\t" +
                      ToUtf8(record.selector));

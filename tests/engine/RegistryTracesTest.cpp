@@ -19,7 +19,7 @@ using Found = std::pair<std::wstring, std::wstring>;  // key path, value name
 std::vector<Found> Scan(const TestKey& key, std::wstring_view selector, const StopToken& stop = StopToken()) {
   std::vector<Found> found;
   ScanRegistryLocation(key.Root(), key.Path(), selector, stop,
-                       [&](std::wstring_view path, std::wstring_view name) { found.emplace_back(path, name); });
+                       [&](std::wstring_view path, std::wstring_view name, uint64_t) { found.emplace_back(path, name); });
   return found;
 }
 
@@ -48,7 +48,7 @@ TEST(RegistryScan, MissingKeyOrKeysWithoutValuesReportNothing) {
   key.CreateKey(L"A\\B\\C");
   EXPECT_TRUE(Scan(key, L"*.*").empty());
   ScanRegistryLocation(HKEY_CURRENT_USER, key / L"Nowhere", L"*.*", StopToken(),
-                       [](std::wstring_view, std::wstring_view) { ADD_FAILURE() << "reported from a missing key"; });
+                       [](std::wstring_view, std::wstring_view, uint64_t) { ADD_FAILURE() << "reported from a missing key"; });
 }
 
 TEST(RegistryScan, SeesTheThirtyTwoBitViewOfTheMachineBranch) {
@@ -70,7 +70,7 @@ TEST(RegistryScan, StopsAfterTheEntryBeingHandled) {
   for (int i = 0; i < 20; ++i) key.SetText(L"", L"v" + std::to_wstring(i), L"x");
   StopSignal stop;
   int reported = 0;
-  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stop), [&](std::wstring_view, std::wstring_view) {
+  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stop), [&](std::wstring_view, std::wstring_view, uint64_t) {
     if (++reported == 3) stop.Request();
   });
   EXPECT_EQ(reported, 3);
@@ -190,7 +190,7 @@ TEST(RegistryLinks, AreNeitherFollowedByAScanNorByAnErase) {
   }
   std::vector<Found> found;
   ScanRegistryLocation(key.Root(), key / L"Clean", L"*.*", StopToken(),
-                       [&](std::wstring_view path, std::wstring_view name) { found.emplace_back(path, name); });
+                       [&](std::wstring_view path, std::wstring_view name, uint64_t) { found.emplace_back(path, name); });
   EXPECT_EQ(found, (std::vector<Found>{{key / L"Clean", L"trace"}})) << "scan went through the link";
 
   testing::RecordingTally tally;

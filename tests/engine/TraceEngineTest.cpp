@@ -13,6 +13,11 @@
 
 #include <shlobj.h>
 
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
 namespace lumenor {
 namespace {
 
@@ -21,10 +26,35 @@ using testing::RecordedTrace;
 using testing::TempFolder;
 using testing::TestKey;
 
+LocationRecord Key(const std::wstring& path, const std::wstring& selector = L"*.*") {
+  LocationRecord record;
+  record.rootKey = HKEY_CURRENT_USER;
+  record.rootPrefix = RootPrefixOf(HKEY_CURRENT_USER);
+  record.path = path;
+  record.selector = selector;
+  return record;
+}
+
+LocationRecord Folder(const std::wstring& path, const std::wstring& selector, int kind) {
+  LocationRecord record;
+  record.path = path;
+  record.selector = selector;
+  record.kind = kind;
+  return record;
+}
+
 class ItemInTree : public ::testing::Test {
  protected:
   CCatalogue catalogue_ = CCatalogue::Build();
   CMyObject& Node(unsigned id) { return *FindNodeById(catalogue_.Root(), id); }
+  // A run of the items, each with the locations given.
+  std::unique_ptr<ScanRun> RunOf(const std::vector<std::pair<unsigned, std::vector<LocationRecord>>>& items) {
+    std::vector<const CMyObject*> nodes;
+    for (const auto& [id, locations] : items) nodes.push_back(&Node(id));
+    auto run = std::make_unique<ScanRun>(nodes);
+    for (size_t index = 0; index < items.size(); ++index) run->Items()[index].locations = items[index].second;
+    return run;
+  }
 };
 
 TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCategory) {
@@ -34,18 +64,14 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
   TempFolder folder;
   MakeFile(folder / L"report.lnk");
 
-  CMyObject& item = Node(113);
-  item.ClearLocations();
-  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", 0));
-  ASSERT_TRUE(item.AddLocation(nullptr, folder.Path(), L"*.*", kMatchEveryFile));
-  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"Missing", L"*.*", 0));
-  CMyObject& other = Node(104);
-  other.ClearLocations();
-  ASSERT_TRUE(other.AddLocation(nullptr, folder.Path(), L"report.lnk", kMatchExactName));
+  const auto run = RunOf({{113, {Key(key / L"MRU"), Folder(folder.Path(), L"*.*", kMatchEveryFile),
+                                 Key(key / L"Missing")}},
+                          {104, {Folder(folder.Path(), L"report.lnk", kMatchExactName)}}});
+  const CMyObject& item = Node(113);
+  const CMyObject& other = Node(104);
 
   testing::RecordingSink sink;
-  ScanItem(item, sink, StopToken(), testing::MachineGuard());
-  ScanItem(other, sink, StopToken(), testing::MachineGuard());
+  for (const ScanRun::Item& runItem : run->Items()) ScanItem(*run, runItem, sink, StopToken(), testing::MachineGuard());
   const std::wstring keyText = L"HKEY_CURRENT_USER\\" + (key / L"MRU");
   EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{113, L"a", keyText, true},
                                                      {113, L"b", keyText, true},
@@ -53,15 +79,35 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
                                                      {104, L"report.lnk", folder.Path(), false}}));
   EXPECT_EQ(sink.started, (std::vector<unsigned>{113, 104}));
   EXPECT_EQ(sink.finished, (std::vector<unsigned>{113, 104}));
-  EXPECT_EQ(item.FoundCount(), 3);
-  EXPECT_EQ(other.FoundCount(), 1);
-  EXPECT_EQ(item.Parent()->FoundCount(), 4) << "Windows Entries counts both items";
-  EXPECT_EQ(item.Parent()->Parent()->FoundCount(), 4);
-  EXPECT_EQ(item.CurrentLocation(), 2);
+  EXPECT_EQ(run->FoundCount(item), 3);
+  EXPECT_EQ(run->FoundCount(other), 1);
+  EXPECT_EQ(run->FoundCount(*item.Parent()), 4) << "Windows Entries counts both items";
+  EXPECT_EQ(run->FoundCount(*item.Parent()->Parent()), 4);
+  EXPECT_EQ(run->FoundCount(Node(129)), 0) << "an item outside the run";
+  EXPECT_EQ(run->TraceCount(), 4);
 
-  ResetFoundCounts(catalogue_.Root());
-  EXPECT_EQ(item.FoundCount(), 0);
-  EXPECT_EQ(item.Parent()->Parent()->FoundCount(), 0);
+  // "notepad" and "cmd" as text with their terminators, and the five bytes of "trace".
+  EXPECT_EQ(sink.bytes, (std::vector<uint64_t>{16, 8, 5, 5}));
+  EXPECT_EQ(run->FoundBytes(item), 29u);
+  EXPECT_EQ(run->FoundBytes(other), 5u);
+  EXPECT_EQ(run->FoundBytes(*item.Parent()), 34u);
+  EXPECT_EQ(run->FoundBytes(*item.Parent()->Parent()), 34u);
+  EXPECT_EQ(run->TraceBytes(), 34u);
+}
+
+TEST_F(ItemInTree, EachRunKeepsItsOwnCountsAndTheCatalogueNone) {
+  TestKey key;
+  key.SetText(L"MRU", L"a", L"notepad");
+  const auto first = RunOf({{113, {Key(key / L"MRU")}}});
+  testing::RecordingSink sink;
+  ScanItem(*first, first->Items()[0], sink, StopToken(), testing::MachineGuard());
+  key.SetText(L"MRU", L"b", L"cmd");
+  const auto second = RunOf({{113, {Key(key / L"MRU")}}});
+  EXPECT_EQ(second->FoundCount(Node(113)), 0) << "a new run starts from nothing, without a reset";
+  ScanItem(*second, second->Items()[0], sink, StopToken(), testing::MachineGuard());
+  EXPECT_EQ(first->FoundCount(Node(113)), 1);
+  EXPECT_EQ(second->FoundCount(Node(113)), 2);
+  EXPECT_EQ(second->FoundCount(*Node(113).Parent()->Parent()), 2);
 }
 
 TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
@@ -73,29 +119,26 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
   MakeFile(folder / L"one.tmp");
   MakeFile(folder / L"sub\\two.tmp");
 
-  CMyObject& item = Node(125);
-  item.ClearLocations();
-  item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", 0);
-  item.AddLocation(nullptr, folder.Path(), L"*.*", 1);  // a kind no scan reports, erased all the same
-  item.AddLocation(HKEY_CURRENT_USER, key / L"Values", L"lastkey", 0);
+  const auto run = RunOf({{125,
+                           {Key(key / L"MRU"),
+                            Folder(folder.Path(), L"*.*", 1),  // a kind no scan reports, erased all the same
+                            Key(key / L"Values", L"lastkey")}}});
   testing::RecordingTally tally;
-  EraseItem(item, tally, testing::MachineGuard());
+  EraseItem(run->Items()[0], tally, testing::MachineGuard());
   EXPECT_EQ(tally.reports, (std::vector<int>{2, 1, 1, 1}));
+  EXPECT_EQ(tally.erasedBytes, 16u + 8u + 5u + 5u + 4u) << "the values' data and the files' sizes";
   EXPECT_FALSE(key.KeyExists(L"MRU"));
   EXPECT_FALSE(key.ValueExists(L"Values", L"lastkey"));
   EXPECT_FALSE(testing::FileExists(folder.Path()));
-  EXPECT_EQ(item.CurrentLocation(), 2);
 }
 
 TEST_F(ItemInTree, VisitedSitesAlsoClearTheBrowserStoreWhereThereIsOne) {
   LUMENOR_ONLY_WHERE_ERASING_IS_HARMLESS();  // the browser's own history goes
   TempFolder history;
   MakeFile(history / L"index.dat");
-  CMyObject& item = Node(kItemVisitedSites);
-  item.ClearLocations();
-  item.AddLocation(nullptr, history.Path(), L"*.*", kMatchEveryFile);
+  const auto run = RunOf({{kItemVisitedSites, {Folder(history.Path(), L"*.*", kMatchEveryFile)}}});
   testing::RecordingTally tally;
-  EraseItem(item, tally, testing::MachineGuard());  // the store may be missing here: nothing must break
+  EraseItem(run->Items()[0], tally, testing::MachineGuard());  // the store may be missing here: nothing must break
   EXPECT_EQ(tally.erased, 1);
 }
 
@@ -106,15 +149,14 @@ TEST_F(ItemInTree, RecycleBinsAreEmptiedWithoutGoingThroughALinkInThem) {
   }
   MakeFile(L"E:\\RECYCLER\\S-1-5-21-1\\Dc1.txt");
   MakeFile(L"C:\\RECYCLER\\S-1-5-21-1\\Dc2.txt");
-  CMyObject& item = Node(kItemRecycleBins);
-  FillLocations(item);
+  const auto run = RunOf({{kItemRecycleBins, FixedItemLocations(kItemRecycleBins)}});
   testing::RecordingSink sink;
-  ScanItem(item, sink, StopToken(), testing::MachineGuard());
+  ScanItem(*run, run->Items()[0], sink, StopToken(), testing::MachineGuard());
   for (const RecordedTrace& trace : sink.traces) {
     EXPECT_NE(trace.name, L"canary.txt");
   }
   testing::RecordingTally tally;
-  EraseItem(item, tally, testing::MachineGuard());
+  EraseItem(run->Items()[0], tally, testing::MachineGuard());
   EXPECT_FALSE(testing::FileExists(L"E:\\RECYCLER\\S-1-5-21-1\\Dc1.txt"));
   EXPECT_FALSE(testing::FileExists(L"C:\\RECYCLER\\S-1-5-21-1\\Dc2.txt"));
   EXPECT_TRUE(testing::FileExists(L"E:\\link-fixtures\\targets\\bin\\canary.txt"));
@@ -143,17 +185,17 @@ class GuardedProfile : public ItemInTree {
 };
 
 TEST_F(GuardedProfile, RefusedFoldersAreReportedAndLeftWholeByScanAndErase) {
-  CMyObject& item = Node(kItemTemporaryFiles);
-  item.ClearLocations();
   const std::wstring profileText = profile_.substr(0, profile_.size() - 1);
+  std::vector<LocationRecord> locations;
   for (const std::wstring& folder : {profile_ + L".\\", profile_ + L"AppData\\..\\", profileText + L"/AppData/Local/",
                                      std::wstring(L"\\\\?\\") + profile_, std::wstring(L"Temp\\"), temp_}) {
-    ASSERT_TRUE(item.AddLocation(nullptr, folder, L"*.*", kMatchEveryFile));
+    locations.push_back(Folder(folder, L"*.*", kMatchEveryFile));
   }
+  const auto run = RunOf({{kItemTemporaryFiles, locations}});
   const std::vector<std::wstring> before = Files();
   const FolderGuard guard(paths_);
   testing::RecordingSink sink;
-  ScanItem(item, sink, StopToken(), guard);
+  ScanItem(*run, run->Items()[0], sink, StopToken(), guard);
   ASSERT_EQ(sink.skipped.size(), 5u);
   EXPECT_EQ(sink.skipped[0].location, profile_) << "reported in canonical form";
   EXPECT_EQ(sink.skipped[0].reason, FolderVerdict::kProtectedFolder);
@@ -164,7 +206,7 @@ TEST_F(GuardedProfile, RefusedFoldersAreReportedAndLeftWholeByScanAndErase) {
   EXPECT_EQ(sink.traces.size(), 2u) << "only the temporary folder is walked";
 
   testing::RecordingTally tally;
-  EraseItem(item, tally, guard);
+  EraseItem(run->Items()[0], tally, guard);
   EXPECT_EQ(tally.skipped.size(), 5u);
   EXPECT_EQ(tally.erased, 2);
   std::vector<std::wstring> expected;
@@ -178,12 +220,10 @@ TEST_F(GuardedProfile, TheTemporaryFolderIsEmptiedButKeptWhereProgramsExpectIt) 
   paths_.variables[L"TEMP"] = temp_.substr(0, temp_.size() - 1);
   const std::wstring cache = profile_ + L"AppData\\Local\\Cache\\";
   MakeFile(cache + L"entry.bin");
-  CMyObject& item = Node(kItemTemporaryFiles);
-  item.ClearLocations();
-  ASSERT_TRUE(item.AddLocation(nullptr, temp_, L"*.*", kMatchEveryFile));
-  ASSERT_TRUE(item.AddLocation(nullptr, cache, L"*.*", kMatchEveryFile));
+  const auto run = RunOf(
+      {{kItemTemporaryFiles, {Folder(temp_, L"*.*", kMatchEveryFile), Folder(cache, L"*.*", kMatchEveryFile)}}});
   testing::RecordingTally tally;
-  EraseItem(item, tally, FolderGuard(paths_));
+  EraseItem(run->Items()[0], tally, FolderGuard(paths_));
   EXPECT_EQ(tally.erased, 3);
   EXPECT_TRUE(testing::EntriesBelow(temp_).empty());
   EXPECT_TRUE(testing::FileExists(temp_)) << "the temporary folder itself stays";
@@ -191,20 +231,18 @@ TEST_F(GuardedProfile, TheTemporaryFolderIsEmptiedButKeptWhereProgramsExpectIt) 
 }
 
 TEST_F(GuardedProfile, InAProtectedFolderANamedFileIsTheOnlyThingTouched) {
-  CMyObject& item = Node(kItemWindowsLogFiles);
-  item.ClearLocations();
-  ASSERT_TRUE(item.AddLocation(nullptr, profile_, L"ntuser.log", kMatchExactName));
-  ASSERT_TRUE(item.AddLocation(nullptr, profile_, L"*.log", kMatchExactName));
+  const auto run = RunOf({{kItemWindowsLogFiles, {Folder(profile_, L"ntuser.log", kMatchExactName),
+                                                   Folder(profile_, L"*.log", kMatchExactName)}}});
   const FolderGuard guard(paths_);
   testing::RecordingSink sink;
-  ScanItem(item, sink, StopToken(), guard);
+  ScanItem(*run, run->Items()[0], sink, StopToken(), guard);
   EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{kItemWindowsLogFiles, L"ntuser.log", profile_, false}}))
       << "the copy in a sub-folder is not looked for";
   ASSERT_EQ(sink.skipped.size(), 1u) << "a pattern would need the folder walked";
   EXPECT_EQ(sink.skipped[0].index, 1);
 
   testing::RecordingTally tally;
-  EraseItem(item, tally, guard);
+  EraseItem(run->Items()[0], tally, guard);
   EXPECT_EQ(tally.erased, 1);
   EXPECT_FALSE(testing::FileExists(profile_ + L"ntuser.log"));
   EXPECT_TRUE(testing::FileExists(profile_ + L"sub\\ntuser.log"));
@@ -212,13 +250,11 @@ TEST_F(GuardedProfile, InAProtectedFolderANamedFileIsTheOnlyThingTouched) {
 }
 
 TEST_F(ItemInTree, ALocationWithoutAFolderIsPassedOverQuietly) {
-  CMyObject& item = Node(kItemOperaTransfers);
-  item.ClearLocations();
-  ASSERT_TRUE(item.AddLocation(nullptr, L"", L"download.dat", kMatchExactName));
+  const auto run = RunOf({{kItemOperaTransfers, {Folder(L"", L"download.dat", kMatchExactName)}}});
   testing::RecordingSink sink;
-  ScanItem(item, sink, StopToken(), testing::MachineGuard());
+  ScanItem(*run, run->Items()[0], sink, StopToken(), testing::MachineGuard());
   testing::RecordingTally tally;
-  EraseItem(item, tally, testing::MachineGuard());
+  EraseItem(run->Items()[0], tally, testing::MachineGuard());
   EXPECT_TRUE(sink.skipped.empty());
   EXPECT_TRUE(tally.skipped.empty());
   EXPECT_TRUE(sink.traces.empty());
@@ -226,8 +262,9 @@ TEST_F(ItemInTree, ALocationWithoutAFolderIsPassedOverQuietly) {
 
 TEST(RemoveListedTrace, AFileRowGoesOnlyWithItsFile) {
   TempFolder folder;
-  MakeFile(folder / L"cookie.txt");
-  EXPECT_TRUE(RemoveListedTrace(L"cookie.txt", folder.Path(), false));
+  MakeFile(folder / L"cookie.txt", "session=1");
+  EXPECT_EQ(RemoveListedTrace(L"cookie.txt", folder.Path(), false), std::optional<uint64_t>(9))
+      << "the row goes, and its size with it";
   EXPECT_FALSE(testing::FileExists(folder / L"cookie.txt"));
   EXPECT_FALSE(RemoveListedTrace(L"cookie.txt", folder.Path(), false)) << "already gone: the row stays";
   EXPECT_FALSE(RemoveListedTrace(L"cookie.txt", L"relative\\", false));
@@ -236,7 +273,7 @@ TEST(RemoveListedTrace, AFileRowGoesOnlyWithItsFile) {
 TEST(RemoveListedTrace, ARegistryRowAlwaysGoesAndActsOnTheCurrentUser) {
   TestKey user;
   user.SetText(L"", L"url1", L"http://a.example/");
-  EXPECT_TRUE(RemoveListedTrace(L"url1", L"HKEY_CURRENT_USER\\" + user.Path(), true));
+  EXPECT_EQ(RemoveListedTrace(L"url1", L"HKEY_CURRENT_USER\\" + user.Path(), true), std::optional<uint64_t>(36));
   EXPECT_FALSE(user.ValueExists(L"", L"url1"));
 
   // A row of the machine branch names the same path under the current user.
@@ -250,7 +287,8 @@ TEST(RemoveListedTrace, ARegistryRowAlwaysGoesAndActsOnTheCurrentUser) {
   EXPECT_NE(RegQueryValueExW(twin.Get(), L"DefaultUserName", nullptr, nullptr, nullptr, nullptr), ERROR_SUCCESS);
   RegDeleteKeyExW(HKEY_CURRENT_USER, machine.Path().c_str(), kRegistryView, 0);
 
-  EXPECT_TRUE(RemoveListedTrace(L"gone", L"HKEY_CURRENT_USER\\Software\\LumenorTests\\nowhere", true));
+  EXPECT_EQ(RemoveListedTrace(L"gone", L"HKEY_CURRENT_USER\\Software\\LumenorTests\\nowhere", true),
+            std::optional<uint64_t>(0)) << "the row goes; nothing went with it";
 }
 
 }  // namespace

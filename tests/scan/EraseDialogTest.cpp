@@ -61,8 +61,8 @@ TEST_F(EraseDialog, ShowsCloseAndTheWarningAtTheEndAndEscBeforeThatDoesNothing) 
     (void)PostMessageW(shown->Handle(), WM_CLOSE, 0, 0);
     escPressed = true;
     Sleep(200);
-    tally.Erased(1);
-    tally.Erased(2);
+    tally.Erased(1, 0);
+    tally.Erased(2, 0);
     tally.EraseFailed(L"C:\\locked.dat");
   });
   shown = &dialog;
@@ -88,8 +88,8 @@ TEST_F(EraseDialog, ShowsCloseAndTheWarningAtTheEndAndEscBeforeThatDoesNothing) 
 
 TEST_F(EraseDialog, WithoutFailuresTheWarningStaysHiddenAndOnlyTheHiddenButtonCancels) {
   CDlgScanResult dialog(2, [](EraseTally& tally) {
-    tally.Erased(1);
-    tally.Erased(1);
+    tally.Erased(1, 0);
+    tally.Erased(1, 0);
   });
   bool warningWasShown = true;
   std::thread user([&] {

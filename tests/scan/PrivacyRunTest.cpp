@@ -33,7 +33,10 @@ class RecordingReports final : public RunReports {
   }
   void TraceFound(const FoundTrace& trace) override { traces.push_back({trace.item->Id(), trace.name}); }
   void LocationSkipped(const SkippedLocation& location) override { skipped.push_back(location.item->Id()); }
-  void Erased(int count) override { erased += count; }
+  void Erased(int count, uint64_t bytes) override {
+    erased += count;
+    erasedBytes += bytes;
+  }
   void EraseFailed(const std::wstring& what) override { failures.push_back(what); }
 
   std::vector<RunStage> stages;
@@ -42,6 +45,7 @@ class RecordingReports final : public RunReports {
   std::vector<unsigned> skipped;
   std::vector<std::wstring> failures;
   int erased = 0;
+  uint64_t erasedBytes = 0;
   std::function<void(const CMyObject&)> onItemStarted;
 };
 
@@ -77,25 +81,31 @@ class SeededItems : public ::testing::Test {
 
 TEST_F(SeededItems, AScanListsEveryTraceCountsItUpTheTreeAndSavesTheRecentList) {
   RecordingReports reports;
-  const std::vector<CMyObject*> scanned =
-      ScanTickedItems(catalogue_.Root(), {kPaintRecentFiles, kItemTemporaryFiles, kRunMru, 99}, &settings_, reports,
-                      StopToken(), testing::MachineGuard());
-  ASSERT_EQ(scanned.size(), 3u);
+  const auto run = MakeScanRun(catalogue_.Root(), {kPaintRecentFiles, kItemTemporaryFiles, kRunMru, 99});
+  ScanItems(*run, &settings_, reports, StopToken(), testing::MachineGuard());
+  ASSERT_EQ(run->Items().size(), 3u);
   EXPECT_EQ(reports.started, (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}))
       << "catalogue order";
   EXPECT_EQ(reports.stages, (std::vector<RunStage>{RunStage::kScanStarted, RunStage::kScanFinished}));
   EXPECT_EQ(reports.traces.size(), 5u);
-  EXPECT_EQ(Node(kItemTemporaryFiles).FoundCount(), 2);
-  EXPECT_EQ(Node(kRunMru).FoundCount(), 1);
-  EXPECT_EQ(Node(kPaintRecentFiles).FoundCount(), 2);
-  EXPECT_EQ(Node(kRunMru).Parent()->FoundCount(), 5) << "all three are Windows entries";
-  EXPECT_EQ(Node(kRunMru).Parent()->Parent()->FoundCount(), 5);
+  EXPECT_EQ(run->FoundCount(Node(kItemTemporaryFiles)), 2);
+  EXPECT_EQ(run->FoundCount(Node(kRunMru)), 1);
+  EXPECT_EQ(run->FoundCount(Node(kPaintRecentFiles)), 2);
+  EXPECT_EQ(run->FoundCount(*Node(kRunMru).Parent()), 5) << "all three are Windows entries";
+  EXPECT_EQ(run->FoundCount(*Node(kRunMru).Parent()->Parent()), 5);
+  // Two files of five bytes; the values' texts with their terminators, two bytes a character.
+  EXPECT_EQ(run->FoundBytes(Node(kItemTemporaryFiles)), 10u);
+  EXPECT_EQ(run->FoundBytes(Node(kRunMru)), 20u);
+  EXPECT_EQ(run->FoundBytes(Node(kPaintRecentFiles)), 30u + 26u);
+  EXPECT_EQ(run->FoundBytes(*Node(kRunMru).Parent()), 86u);
+  EXPECT_EQ(run->TraceBytes(), 86u);
   EXPECT_EQ(ReadSelection(settings_, Selection::kRecent),
             (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}));
 
   RecordingReports erase;
-  EraseFoundItems(scanned, erase, testing::MachineGuard());
+  EraseFoundItems(*run, erase, testing::MachineGuard());
   EXPECT_EQ(erase.erased, 5);
+  EXPECT_EQ(erase.erasedBytes, 86u) << "what the scan found is what went";
   EXPECT_TRUE(erase.failures.empty());
   EXPECT_FALSE(KeyExists(kRunMruKey));
   EXPECT_FALSE(KeyExists(kPaintKey));
@@ -108,13 +118,12 @@ TEST_F(SeededItems, AStopEndsTheRunAfterTheItemBeingScannedAndNothingLaterIsEras
   reports.onItemStarted = [&](const CMyObject& item) {
     if (item.Id() == kRunMru) stop.Request();
   };
-  const std::vector<CMyObject*> scanned =
-      ScanTickedItems(catalogue_.Root(), {kItemTemporaryFiles, kRunMru, kPaintRecentFiles}, &settings_, reports,
-                      StopToken(&stop), testing::MachineGuard());
-  ASSERT_EQ(scanned.size(), 2u);
-  EXPECT_EQ(scanned.back()->Id(), kRunMru);
+  const auto run = MakeScanRun(catalogue_.Root(), {kItemTemporaryFiles, kRunMru, kPaintRecentFiles});
+  ScanItems(*run, &settings_, reports, StopToken(&stop), testing::MachineGuard());
+  ASSERT_EQ(run->Items().size(), 2u);
+  EXPECT_EQ(run->Items().back().node->Id(), kRunMru);
   EXPECT_EQ(ReadSelection(settings_, Selection::kRecent).size(), 3u) << "the whole selection was saved at the start";
-  EraseFoundItems(scanned, reports, testing::MachineGuard());
+  EraseFoundItems(*run, reports, testing::MachineGuard());
   EXPECT_TRUE(KeyExists(kPaintKey)) << "cut off by the stop";
   EXPECT_FALSE(testing::FileExists(temp_ / L"a.tmp"));
 }
@@ -134,15 +143,30 @@ TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {
   EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kRunMru, kWordPadRecentFiles, kItemAcdseeFavorites}));
 
   RecordingReports reports;
-  RunOneClickErase(catalogue_.Root(), selection.TickedItems(), &settings_, reports, StopToken(),
-                   testing::MachineGuard());
+  const auto run = MakeScanRun(catalogue_.Root(), selection.TickedItems());
+  RunOneClickErase(*run, &settings_, reports, StopToken(), testing::MachineGuard());
   EXPECT_EQ(reports.stages, (std::vector<RunStage>{RunStage::kScanStarted, RunStage::kScanFinished,
                                                    RunStage::kEraseStarted, RunStage::kEraseFinished}));
   EXPECT_FALSE(KeyExists(kWordPadKey)) << "found nothing, erased all the same";
   EXPECT_FALSE(KeyExists(kRunMruKey));
   EXPECT_TRUE(KeyExists(kPaintKey)) << "not in the one-click list";
   EXPECT_EQ(reports.erased, 2);
-  EXPECT_EQ(Node(kRunMru).FoundCount(), 0) << "counts go back to 0 after the erase";
+  EXPECT_EQ(MakeScanRun(catalogue_.Root(), {kRunMru})->FoundCount(Node(kRunMru)), 0)
+      << "the next run starts from nothing";
+}
+
+TEST_F(SeededItems, TheSameTreeScannedTwiceGivesTheSameCountsWithoutAnyReset) {
+  const std::vector<unsigned> ids = {kItemTemporaryFiles, kRunMru, kPaintRecentFiles};
+  RecordingReports reports;
+  const auto first = MakeScanRun(catalogue_.Root(), ids);
+  ScanItems(*first, nullptr, reports, StopToken(), testing::MachineGuard());
+  const auto second = MakeScanRun(catalogue_.Root(), ids);
+  ScanItems(*second, nullptr, reports, StopToken(), testing::MachineGuard());
+  ForEachNode(catalogue_.Root(), [&](const CMyObject& node) {
+    EXPECT_EQ(second->FoundCount(node), first->FoundCount(node)) << node.Id();
+    EXPECT_EQ(second->FoundBytes(node), first->FoundBytes(node)) << node.Id();
+  });
+  EXPECT_EQ(second->TraceCount(), 5);
 }
 
 TEST_F(SeededItems, OneClickWithoutAListTicksNothingAndStillReportsEveryStage) {
@@ -150,8 +174,8 @@ TEST_F(SeededItems, OneClickWithoutAListTicksNothingAndStillReportsEveryStage) {
   TickOneClickList(selection, settings_);  // the file does not exist
   EXPECT_TRUE(selection.TickedItems().empty());
   RecordingReports reports;
-  RunOneClickErase(catalogue_.Root(), selection.TickedItems(), &settings_, reports, StopToken(),
-                   testing::MachineGuard());
+  const auto run = MakeScanRun(catalogue_.Root(), selection.TickedItems());
+  RunOneClickErase(*run, &settings_, reports, StopToken(), testing::MachineGuard());
   EXPECT_EQ(reports.stages.size(), 4u);
   EXPECT_EQ(reports.erased, 0);
   EXPECT_TRUE(KeyExists(kRunMruKey));

@@ -339,7 +339,7 @@ TEST(SplashLayout, SplashIsItsPictureWithTheButtonInsideIt) {
 
 // The dialogs the pages open: every control whole inside, none on another.
 TEST(DialogLayout, EraseDialogIsItsPictureAndHoldsItsControlsWhole) {
-  CDlgScanResult dialog(3, [](EraseTally& tally) { tally.Erased(3); });
+  CDlgScanResult dialog(3, [](EraseTally& tally) { tally.Erased(3, 0); });
   ASSERT_TRUE(dialog.Create(nullptr));
   dialog.Show(SW_SHOW);
   for (int waited = 0; !dialog.CloseShown() && waited < 5000; waited += 20) {

@@ -18,7 +18,7 @@ class Seeder {
 
   void Value(unsigned item, const std::wstring& keyPath, const std::wstring& name, const std::wstring& value) {
     SetRegistryText(HKEY_CURRENT_USER, keyPath, name, value);
-    traces_.push_back({item, name, kCurrentUser + keyPath, true});
+    traces_.push_back({item, name, kCurrentUser + keyPath, true, (value.size() + 1) * sizeof(wchar_t)});
   }
 
   void File(unsigned item, const std::wstring& folder, const std::wstring& name, std::string_view content) {
@@ -27,7 +27,7 @@ class Seeder {
       failures_.push_back(folder + name);
       return;
     }
-    traces_.push_back({item, name, folder, false});
+    traces_.push_back({item, name, folder, false, content.size()});
   }
 
   // A shell folder with a trailing backslash, or nothing (and a failure noted).

@@ -175,6 +175,7 @@ void RecordingSink::ItemFinished(const CMyObject& item) { finished.push_back(ite
 
 void RecordingSink::TraceFound(const FoundTrace& trace) {
   traces.push_back({trace.item->Id(), trace.name, trace.location, trace.isRegistry});
+  bytes.push_back(trace.bytes);
   if (afterEachTrace) {
     afterEachTrace();
   }

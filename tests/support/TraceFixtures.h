@@ -78,6 +78,7 @@ class RecordingSink final : public TraceSink {
   void LocationSkipped(const SkippedLocation& location) override { skipped.push_back(location); }
 
   std::vector<RecordedTrace> traces;
+  std::vector<uint64_t> bytes;  // of each trace, in the same order
   std::vector<SkippedLocation> skipped;
   std::vector<unsigned> started;
   std::vector<unsigned> finished;
@@ -86,14 +87,16 @@ class RecordingSink final : public TraceSink {
 
 class RecordingTally final : public EraseTally {
  public:
-  void Erased(int count) override {
+  void Erased(int count, uint64_t bytes) override {
     erased += count;
+    erasedBytes += bytes;
     reports.push_back(count);
   }
   void EraseFailed(const std::wstring& what) override { failures.push_back(what); }
   void LocationSkipped(const SkippedLocation& location) override { skipped.push_back(location); }
 
   int erased = 0;
+  uint64_t erasedBytes = 0;
   std::vector<SkippedLocation> skipped;
   std::vector<int> reports;
   std::vector<std::wstring> failures;

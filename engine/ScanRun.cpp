@@ -1,0 +1,53 @@
+#include "engine/ScanRun.h"
+
+namespace lumenor {
+
+ScanRun::ScanRun(const std::vector<const CMyObject*>& items) {
+  items_.reserve(items.size());
+  for (const CMyObject* node : items) {
+    Item& item = items_.emplace_back();
+    item.node = node;
+    for (const CMyObject* level = node; level != nullptr && item.levels < 3; level = level->Parent()) {
+      item.counters[item.levels++] = CounterOf(level);
+    }
+  }
+  counters_ = std::make_unique<Counter[]>(slots_.size());
+}
+
+size_t ScanRun::CounterOf(const CMyObject* node) {
+  const auto [slot, added] = slots_.try_emplace(node, slots_.size());
+  (void)added;  // a node shared by several items keeps its first slot
+  return slot->second;
+}
+
+void ScanRun::KeepFirst(size_t count) {
+  if (count < items_.size()) items_.resize(count);
+}
+
+void ScanRun::CountTrace(const Item& item, uint64_t bytes) {
+  for (size_t level = 0; level < item.levels; ++level) {
+    Counter& counter = counters_[item.counters[level]];
+    counter.count.fetch_add(1, std::memory_order_relaxed);
+    counter.bytes.fetch_add(bytes, std::memory_order_relaxed);
+  }
+  total_.count.fetch_add(1, std::memory_order_relaxed);
+  total_.bytes.fetch_add(bytes, std::memory_order_relaxed);
+}
+
+int ScanRun::FoundCount(const CMyObject& node) const {
+  const auto slot = slots_.find(&node);
+  return slot == slots_.end() ? 0 : counters_[slot->second].count.load(std::memory_order_relaxed);
+}
+
+uint64_t ScanRun::FoundBytes(const CMyObject& node) const {
+  const auto slot = slots_.find(&node);
+  return slot == slots_.end() ? 0 : counters_[slot->second].bytes.load(std::memory_order_relaxed);
+}
+
+int ScanRun::ItemsWithTraces() const {
+  int items = 0;
+  for (const Item& item : items_) items += FoundCount(*item.node) > 0 ? 1 : 0;
+  return items;
+}
+
+}  // namespace lumenor
