@@ -2,6 +2,7 @@
 // IncrediMail, Messenger), stopping at the first missing folder, and bounds.
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
+#include "engine/LocationFillers.h"
 #include "engine/Locations.h"
 #include "engine/Registry.h"
 #include "tests/support/TempFolder.h"
