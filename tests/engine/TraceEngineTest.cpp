@@ -34,12 +34,12 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
   TempFolder folder;
   MakeFile(folder / L"report.lnk");
 
-  CMyObject& item = Node(113);
+  CMyObject& item = Node(kItemRunHistory);
   item.ClearLocations();
-  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", 0));
+  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", kRegistryUnmarked));
   ASSERT_TRUE(item.AddLocation(nullptr, folder.Path(), L"*.*", kMatchEveryFile));
-  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"Missing", L"*.*", 0));
-  CMyObject& other = Node(104);
+  ASSERT_TRUE(item.AddLocation(HKEY_CURRENT_USER, key / L"Missing", L"*.*", kRegistryUnmarked));
+  CMyObject& other = Node(kItemDocumentHistory);
   other.ClearLocations();
   ASSERT_TRUE(other.AddLocation(nullptr, folder.Path(), L"report.lnk", kMatchExactName));
 
@@ -47,12 +47,12 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
   ScanItem(item, sink, StopToken(), testing::MachineGuard());
   ScanItem(other, sink, StopToken(), testing::MachineGuard());
   const std::wstring keyText = L"HKEY_CURRENT_USER\\" + (key / L"MRU");
-  EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{113, L"a", keyText, true},
-                                                     {113, L"b", keyText, true},
-                                                     {113, L"report.lnk", folder.Path(), false},
-                                                     {104, L"report.lnk", folder.Path(), false}}));
-  EXPECT_EQ(sink.started, (std::vector<unsigned>{113, 104}));
-  EXPECT_EQ(sink.finished, (std::vector<unsigned>{113, 104}));
+  EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{kItemRunHistory, L"a", keyText, true},
+                                                     {kItemRunHistory, L"b", keyText, true},
+                                                     {kItemRunHistory, L"report.lnk", folder.Path(), false},
+                                                     {kItemDocumentHistory, L"report.lnk", folder.Path(), false}}));
+  EXPECT_EQ(sink.started, (std::vector<unsigned>{kItemRunHistory, kItemDocumentHistory}));
+  EXPECT_EQ(sink.finished, (std::vector<unsigned>{kItemRunHistory, kItemDocumentHistory}));
   EXPECT_EQ(item.FoundCount(), 3);
   EXPECT_EQ(other.FoundCount(), 1);
   EXPECT_EQ(item.Parent()->FoundCount(), 4) << "Windows Entries counts both items";
@@ -73,11 +73,11 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
   MakeFile(folder / L"one.tmp");
   MakeFile(folder / L"sub\\two.tmp");
 
-  CMyObject& item = Node(125);
+  CMyObject& item = Node(kItemLastRegistryKey);
   item.ClearLocations();
-  item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", 0);
-  item.AddLocation(nullptr, folder.Path(), L"*.*", 1);  // a kind no scan reports, erased all the same
-  item.AddLocation(HKEY_CURRENT_USER, key / L"Values", L"lastkey", 0);
+  item.AddLocation(HKEY_CURRENT_USER, key / L"MRU", L"*.*", kRegistryUnmarked);
+  item.AddLocation(nullptr, folder.Path(), L"*.*", kMatchNothingEraseByPattern);
+  item.AddLocation(HKEY_CURRENT_USER, key / L"Values", L"lastkey", kRegistryUnmarked);
   testing::RecordingTally tally;
   EraseItem(item, tally, testing::MachineGuard());
   EXPECT_EQ(tally.reports, (std::vector<int>{2, 1, 1, 1}));

@@ -1,11 +1,11 @@
 // Scan, erase and one-click erase runs against the real engine, on traces seeded in the
 // test machine: the rows, the counts up the tree, the recent list, what an erase leaves,
 // a stop that cuts the run short, and one-click erasing items that found nothing.
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "engine/Registry.h"
 #include "scan/PrivacyRun.h"
+#include "settings/Settings.h"
 #include "tests/support/DestructiveTests.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
@@ -17,9 +17,6 @@
 namespace lumenor {
 namespace {
 
-constexpr unsigned kRunMru = 113;
-constexpr unsigned kPaintRecentFiles = 122;
-constexpr unsigned kWordPadRecentFiles = 126;
 constexpr wchar_t kRunMruKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\RunMRU";
 constexpr wchar_t kPaintKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Paint\\Recent File List";
 constexpr wchar_t kWordPadKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List";
@@ -78,20 +75,20 @@ class SeededItems : public ::testing::Test {
 TEST_F(SeededItems, AScanListsEveryTraceCountsItUpTheTreeAndSavesTheRecentList) {
   RecordingReports reports;
   const std::vector<CMyObject*> scanned =
-      ScanTickedItems(catalogue_.Root(), {kPaintRecentFiles, kItemTemporaryFiles, kRunMru, 99}, &settings_, reports,
-                      StopToken(), testing::MachineGuard());
+      ScanTickedItems(catalogue_.Root(), {kItemPaintRecentFiles, kItemTemporaryFiles, kItemRunHistory, 99}, &settings_,
+                      reports, StopToken(), testing::MachineGuard());
   ASSERT_EQ(scanned.size(), 3u);
-  EXPECT_EQ(reports.started, (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}))
+  EXPECT_EQ(reports.started, (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles}))
       << "catalogue order";
   EXPECT_EQ(reports.stages, (std::vector<RunStage>{RunStage::kScanStarted, RunStage::kScanFinished}));
   EXPECT_EQ(reports.traces.size(), 5u);
   EXPECT_EQ(Node(kItemTemporaryFiles).FoundCount(), 2);
-  EXPECT_EQ(Node(kRunMru).FoundCount(), 1);
-  EXPECT_EQ(Node(kPaintRecentFiles).FoundCount(), 2);
-  EXPECT_EQ(Node(kRunMru).Parent()->FoundCount(), 5) << "all three are Windows entries";
-  EXPECT_EQ(Node(kRunMru).Parent()->Parent()->FoundCount(), 5);
+  EXPECT_EQ(Node(kItemRunHistory).FoundCount(), 1);
+  EXPECT_EQ(Node(kItemPaintRecentFiles).FoundCount(), 2);
+  EXPECT_EQ(Node(kItemRunHistory).Parent()->FoundCount(), 5) << "all three are Windows entries";
+  EXPECT_EQ(Node(kItemRunHistory).Parent()->Parent()->FoundCount(), 5);
   EXPECT_EQ(ReadSelection(settings_, Selection::kRecent),
-            (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}));
+            (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles}));
 
   RecordingReports erase;
   EraseFoundItems(scanned, erase, testing::MachineGuard());
@@ -106,13 +103,13 @@ TEST_F(SeededItems, AStopEndsTheRunAfterTheItemBeingScannedAndNothingLaterIsEras
   StopSignal stop;
   RecordingReports reports;
   reports.onItemStarted = [&](const CMyObject& item) {
-    if (item.Id() == kRunMru) stop.Request();
+    if (item.Id() == kItemRunHistory) stop.Request();
   };
   const std::vector<CMyObject*> scanned =
-      ScanTickedItems(catalogue_.Root(), {kItemTemporaryFiles, kRunMru, kPaintRecentFiles}, &settings_, reports,
-                      StopToken(&stop), testing::MachineGuard());
+      ScanTickedItems(catalogue_.Root(), {kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles}, &settings_,
+                      reports, StopToken(&stop), testing::MachineGuard());
   ASSERT_EQ(scanned.size(), 2u);
-  EXPECT_EQ(scanned.back()->Id(), kRunMru);
+  EXPECT_EQ(scanned.back()->Id(), kItemRunHistory);
   EXPECT_EQ(ReadSelection(settings_, Selection::kRecent).size(), 3u) << "the whole selection was saved at the start";
   EraseFoundItems(scanned, reports, testing::MachineGuard());
   EXPECT_TRUE(KeyExists(kPaintKey)) << "cut off by the stop";
@@ -127,11 +124,12 @@ TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {
             ERROR_SUCCESS);
   RegCloseKey(key);
   ASSERT_TRUE(WriteSelection(settings_, Selection::kOneClick,
-                             std::vector<unsigned>{kWordPadRecentFiles, kRunMru, kItemAcdseeFavorites}));
+                             std::vector<unsigned>{kItemWordPadRecentFiles, kItemRunHistory, kItemAcdseeFavorites}));
   ItemSelection selection = ItemSelection::FromCatalogue(catalogue_.Root(), true);
-  selection.TickById(103);
+  selection.TickById(kAppWindowsEntries);
   TickOneClickList(selection, settings_);
-  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kRunMru, kWordPadRecentFiles, kItemAcdseeFavorites}));
+  EXPECT_EQ(selection.TickedItems(),
+            (std::vector<unsigned>{kItemRunHistory, kItemWordPadRecentFiles, kItemAcdseeFavorites}));
 
   RecordingReports reports;
   RunOneClickErase(catalogue_.Root(), selection.TickedItems(), &settings_, reports, StopToken(),
@@ -142,7 +140,7 @@ TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {
   EXPECT_FALSE(KeyExists(kRunMruKey));
   EXPECT_TRUE(KeyExists(kPaintKey)) << "not in the one-click list";
   EXPECT_EQ(reports.erased, 2);
-  EXPECT_EQ(Node(kRunMru).FoundCount(), 0) << "counts go back to 0 after the erase";
+  EXPECT_EQ(Node(kItemRunHistory).FoundCount(), 0) << "counts go back to 0 after the erase";
 }
 
 TEST_F(SeededItems, OneClickWithoutAListTicksNothingAndStillReportsEveryStage) {
