@@ -43,8 +43,8 @@ enum class From : unsigned char {
   kYahooFolder,          // where Yahoo! is installed
   kBitCometFolder,       // where BitComet is installed
   kEudoraAttachments,    // Eudora's attachment folder
-  kPocoMailAttachments,  // from PocoMail's own settings file
-  kPocoMailMail,         // the same
+  kPocoMailAttachments,  // PocoMail's attachment folder, from its "poco.ini"
+  kPocoMailMail,         // PocoMail's mail folder, from the same file
   kIncrediMailIdentity,  // the folder of IncrediMail's current identity
   kGoogleDesktopData,    // Google Desktop's data folder
   kAppDataElseNoFolder,  // AppData; when it is unknown, one record with an empty folder ends the list
