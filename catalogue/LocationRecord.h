@@ -9,13 +9,21 @@
 
 namespace lumenor {
 
-// How a file location matches files during a scan. Any other value reports no file in a
-// scan (the catalogue uses 0 and 1 for that), while an erase still deletes by pattern.
+// How a file location matches files during a scan. Any value without a match here
+// reports no file in a scan, while an erase still deletes by pattern.
 enum FileMatchKind : int {
+  kMatchNothingEraseByPattern = 1,  // the scan lists nothing here; the erase deletes by pattern
   kMatchEveryFile = 10,
   kMatchExtension = 11,
   kMatchExactName = 12,
   kMatchEveryFileToo = 13,
+};
+
+// Nothing reads the kind of a registry location; the catalogue marks four of the
+// shell's history keys with 1, and they keep it.
+enum RegistryKind : int {
+  kRegistryUnmarked = 0,
+  kRegistryMarked = 1,
 };
 
 // Longest path or selector a record holds, in characters: names and paths fit a

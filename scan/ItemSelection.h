@@ -26,7 +26,7 @@ class ItemSelection {
   };
 
   // Every node of the catalogue from `root` on, in catalogue order. The one-click
-  // dialog's tree holds one row more: "Favorites" (272) under ACDSee, after 271.
+  // dialog's tree holds one row more: "Favorites" (kItemAcdseeFavorites) under ACDSee, after its last item.
   static ItemSelection FromCatalogue(CMyObject* root, bool withAcdseeFavorites = false);
 
   // Appends a row as the last child of `parent` (-1: a category); returns its index.

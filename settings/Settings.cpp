@@ -1,5 +1,7 @@
 #include "settings/Settings.h"
 
+#include "catalogue/ItemIds.h"
+
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -27,11 +29,17 @@ constexpr int kMaxSelectionEntries = 1024;
 
 constexpr int kNoRecentSelection = -1;
 
-constexpr unsigned kOneClickDefaults[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 132};
+constexpr unsigned kOneClickDefaults[] = {kItemDocumentHistory, kItemSearchHistory,         kItemTemporaryFiles,
+                                          kItemRecycleBins,     kItemStartMenuClickHistory, kItemStartMenuOrderHistory,
+                                          kItemRunHistory,      kItemIeTemporaryFiles,      kItemVisitedSites,
+                                          kItemIeCookies};
 // The default scan list declares 12 entries but holds 10 keys: "item9" is written three
-// times and ends as 141, and the last two entries read as the missing-key value 1.
-// Files in the field look like this, so it stays.
-constexpr unsigned kDefaultScanWrites[] = {104, 105, 106, 107, 108, 109, 113, 129, 130, 135, 139, 141};
+// times and ends as the address bar history, and the last two entries read as the
+// missing-key value 1. Files in the field look like this, so it stays.
+constexpr unsigned kDefaultScanWrites[] = {kItemDocumentHistory, kItemSearchHistory,         kItemTemporaryFiles,
+                                           kItemRecycleBins,     kItemStartMenuClickHistory, kItemStartMenuOrderHistory,
+                                           kItemRunHistory,      kItemIeTemporaryFiles,      kItemVisitedSites,
+                                           kItemIeFormData,      kItemIePasswords,           kItemIeAddressBarHistory};
 constexpr int kLastDefaultScanKey = 9;
 
 struct OptionKey {

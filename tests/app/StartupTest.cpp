@@ -2,6 +2,7 @@
 #include "app/PcApp.h"
 #include "app/StartupState.h"
 #include "catalogue/Catalogue.h"
+#include "catalogue/ItemIds.h"
 #include "tests/support/ChildProcess.h"
 
 #include <gtest/gtest.h>
@@ -67,7 +68,7 @@ class RecordingApp : public CPcApp {
   void CloseSplash() override { ++splashClosed; }
   void RunMainWindow() override {
     ++mainWindowRuns;
-    catalogueBuiltForMainWindow = CatalogueRoot() != nullptr && CatalogueRoot()->Id() == 102;
+    catalogueBuiltForMainWindow = CatalogueRoot() != nullptr && CatalogueRoot()->Id() == kCategoryWindows;
   }
 };
 

@@ -2,6 +2,7 @@
 #include "base/ResourceString.h"
 #include "base/TextEncoding.h"
 #include "catalogue/Catalogue.h"
+#include "catalogue/ItemIds.h"
 #include "tests/support/TestData.h"
 
 #include <gtest/gtest.h>
@@ -67,7 +68,9 @@ TEST_F(CatalogueTree, CategoriesAreChainedForwardOnlyAndTheLastEndsTheChain) {
     EXPECT_EQ(category->NextSibling(), nullptr);
     last = category;
   }
-  EXPECT_EQ(ids, (std::vector<unsigned>{102, 127, 171, 208, 244, 273, 323, 367}));
+  EXPECT_EQ(ids,
+            (std::vector<unsigned>{kCategoryWindows, kCategoryBrowsing, kCategoryInstantMessaging, kCategoryOffice,
+                                   kCategoryMultimedia, kCategoryFileSharing, kCategoryMail, kCategoryThirdParty}));
   ASSERT_NE(last, nullptr);
   EXPECT_EQ(last->ForwardLink(), nullptr);
 }
@@ -95,12 +98,13 @@ TEST_F(CatalogueTree, ChildrenKeepBuildingOrder) {
     return ids;
   };
   std::vector<unsigned> windowsEntries;
-  for (unsigned id = 104; id <= 126; ++id) windowsEntries.push_back(id);
-  EXPECT_EQ(childIds(103), windowsEntries);
+  for (unsigned id = kItemDocumentHistory; id <= kItemWordPadRecentFiles; ++id) windowsEntries.push_back(id);
+  EXPECT_EQ(childIds(kAppWindowsEntries), windowsEntries);
   std::vector<unsigned> office2003;
-  for (unsigned id = 215; id <= 227; ++id) office2003.push_back(id);
-  EXPECT_EQ(childIds(214), office2003);
-  EXPECT_EQ(childIds(245), (std::vector<unsigned>{246, 247, 369, 248}));
+  for (unsigned id = kItemWord2003; id <= kItemSaveMySettings; ++id) office2003.push_back(id);
+  EXPECT_EQ(childIds(kAppOffice2003), office2003);
+  EXPECT_EQ(childIds(kAppMediaPlayer), (std::vector<unsigned>{kItemMediaPlayerRecentFiles, kItemMediaPlayerRecentUrls,
+                                                              kItemMediaPlayerDatabase, kItemMediaPlayerCache}));
 }
 
 TEST_F(CatalogueTree, ItemsShowTheirApplicationsPictureButAcdseeSearchItemsAndNoneUses29) {
@@ -109,7 +113,7 @@ TEST_F(CatalogueTree, ItemsShowTheirApplicationsPictureButAcdseeSearchItemsAndNo
     if (node.Level() != CMyObject::kItem) {
       return;
     }
-    if (node.Id() == 270 || node.Id() == 271) {
+    if (node.Id() == kItemAcdseeSearchHistory || node.Id() == kItemAcdseeScreenCaptureFolder) {
       EXPECT_EQ(node.Image(), 2) << node.Id();
     } else {
       EXPECT_EQ(node.Image(), node.Parent()->Image()) << node.Id();
@@ -120,6 +124,7 @@ TEST_F(CatalogueTree, ItemsShowTheirApplicationsPictureButAcdseeSearchItemsAndNo
 TEST_F(CatalogueTree, LeftOutIdsHaveNoNodeButKeepTheirText) {
   std::set<unsigned> inTree;
   ForEachNode(catalogue_.Root(), [&](const CMyObject& node) { inTree.insert(node.Id()); });
+  // String ids between the catalogue's, such as IE's "Index.dat files" and "AOL Browser".
   EXPECT_EQ(FindNodeById(catalogue_.Root(), 134), nullptr);
   EXPECT_EQ(FindNodeById(catalogue_.Root(), 151), nullptr);
   int leftOut = 0;
@@ -134,15 +139,15 @@ TEST_F(CatalogueTree, LeftOutIdsHaveNoNodeButKeepTheirText) {
 }
 
 TEST_F(CatalogueTree, TrailingBlanksOfNamesAreKept) {
-  EXPECT_EQ(FindNodeById(catalogue_.Root(), 144)->Name(), L"Address bar and page history ");
-  EXPECT_EQ(FindNodeById(catalogue_.Root(), 204)->Name(), L"MSN Messager and Window Living Messager ");
+  EXPECT_EQ(FindNodeById(catalogue_.Root(), kItemNetscapePageHistory)->Name(), L"Address bar and page history ");
+  EXPECT_EQ(FindNodeById(catalogue_.Root(), kAppMsnMessenger)->Name(), L"MSN Messager and Window Living Messager ");
 }
 
 TEST(ProcessCatalogue, IsBuiltOnceAndFreedAtExit) {
   EXPECT_EQ(CatalogueRoot(), nullptr);
   BuildCatalogue();
   ASSERT_NE(CatalogueRoot(), nullptr);
-  EXPECT_EQ(CatalogueRoot()->Id(), 102u);
+  EXPECT_EQ(CatalogueRoot()->Id(), kCategoryWindows);
   FreeCatalogue();
   EXPECT_EQ(CatalogueRoot(), nullptr);
 }

@@ -1,5 +1,6 @@
 // Tree and chain links of a single node, and the bounds of its location list.
 #include "catalogue/CMyObject.h"
+#include "catalogue/ItemIds.h"
 
 #include <gtest/gtest.h>
 
@@ -26,10 +27,10 @@ std::vector<unsigned> ChildIds(const CMyObject& parent) {
 
 TEST(ItemNodeChildren, AreAppendedInTurnWithThisNodeAsParent) {
   CMyObject parent;
-  CMyObject* first = parent.AddChild(NodeWithId(104));
-  CMyObject* second = parent.AddChild(NodeWithId(105));
-  CMyObject* third = parent.AddChild(NodeWithId(106));
-  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{104, 105, 106}));
+  CMyObject* first = parent.AddChild(NodeWithId(kItemDocumentHistory));
+  CMyObject* second = parent.AddChild(NodeWithId(kItemSearchHistory));
+  CMyObject* third = parent.AddChild(NodeWithId(kItemTemporaryFiles));
+  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{kItemDocumentHistory, kItemSearchHistory, kItemTemporaryFiles}));
   EXPECT_EQ(parent.FirstChild(), first);
   for (const CMyObject* child : {first, second, third}) {
     EXPECT_EQ(child->Parent(), &parent);
@@ -38,10 +39,10 @@ TEST(ItemNodeChildren, AreAppendedInTurnWithThisNodeAsParent) {
 
 TEST(ItemNodeChildren, RemovingFirstMiddleOrLastKeepsTheRestLinked) {
   CMyObject parent;
-  CMyObject* first = parent.AddChild(NodeWithId(104));
-  CMyObject* second = parent.AddChild(NodeWithId(105));
-  CMyObject* third = parent.AddChild(NodeWithId(106));
-  CMyObject* fourth = parent.AddChild(NodeWithId(107));
+  CMyObject* first = parent.AddChild(NodeWithId(kItemDocumentHistory));
+  CMyObject* second = parent.AddChild(NodeWithId(kItemSearchHistory));
+  CMyObject* third = parent.AddChild(NodeWithId(kItemTemporaryFiles));
+  CMyObject* fourth = parent.AddChild(NodeWithId(kItemRecycleBins));
 
   std::unique_ptr<CMyObject> removed = parent.RemoveChild(first);
   ASSERT_EQ(removed.get(), first);
@@ -50,23 +51,23 @@ TEST(ItemNodeChildren, RemovingFirstMiddleOrLastKeepsTheRestLinked) {
   EXPECT_EQ(removed->Parent(), nullptr);
 
   EXPECT_EQ(parent.RemoveChild(third).get(), third);
-  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{105, 107}));
+  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{kItemSearchHistory, kItemRecycleBins}));
   EXPECT_EQ(parent.RemoveChild(fourth).get(), fourth);
-  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{105}));
+  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{kItemSearchHistory}));
 }
 
 TEST(ItemNodeChildren, RemovingANodeThatIsNoChildChangesNothing) {
   CMyObject parent;
-  parent.AddChild(NodeWithId(104));
+  parent.AddChild(NodeWithId(kItemDocumentHistory));
   CMyObject stranger;
   EXPECT_EQ(parent.RemoveChild(&stranger), nullptr);
   EXPECT_EQ(parent.RemoveChild(nullptr), nullptr);
-  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{104}));
+  EXPECT_EQ(ChildIds(parent), (std::vector<unsigned>{kItemDocumentHistory}));
 }
 
 TEST(ItemNode, SetIdLoadsTheNameAndUnknownIdsGiveAnEmptyName) {
   CMyObject node;
-  node.SetId(130);
+  node.SetId(kItemVisitedSites);
   EXPECT_EQ(node.Name(), L"History (Visited sites)");
   node.SetId(99999);
   EXPECT_EQ(node.Id(), 99999u);

@@ -9,6 +9,7 @@
 #include "base/ModulePath.h"
 #include "base/TextEncoding.h"
 #include "catalogue/CMyObject.h"
+#include "catalogue/ItemIds.h"
 #include "engine/Registry.h"
 
 #include <gtest/gtest.h>
@@ -50,8 +51,12 @@ class SeededMachine : public ::testing::Test {
   }
 
   // Items of the seeded traces whose locations hold nothing else on the test machine.
-  static constexpr unsigned kItems[] = {104, 106, 113, 122, 125, 126, 141, 159, 160,
-                                        164, 165, 167, 168, 169, 210, 246, 370, 372};
+  static constexpr unsigned kItems[] = {kItemDocumentHistory,        kItemTemporaryFiles,      kItemRunHistory,
+                                        kItemPaintRecentFiles,       kItemLastRegistryKey,     kItemWordPadRecentFiles,
+                                        kItemIeAddressBarHistory,    kItemOperaTypedAddresses, kItemOperaCookies,
+                                        kItemFirefoxBrowsingHistory, kItemFirefoxFormHistory,  kItemFirefoxDownloads,
+                                        kItemFirefoxCookies,         kItemFirefoxPasswords,    kItemOfficeRecentFolder,
+                                        kItemMediaPlayerRecentFiles, kItemAcrobatRecentFiles,  kItemFlashPlayerHistory};
   static std::wstring ItemList() {
     std::wstring list;
     for (const unsigned id : kItems) list += (list.empty() ? L"" : L",") + std::to_wstring(id);

@@ -3,7 +3,9 @@
 // eye once and kept in tests/expected/locations.tsv. A typo in any path fails here.
 #include "base/ModulePath.h"
 #include "base/TextEncoding.h"
-#include "catalogue/Catalogue.h"
+#include "catalogue/CMyObject.h"
+#include "catalogue/CatalogueTable.h"
+#include "engine/LocationTable.h"
 #include "engine/Locations.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
@@ -12,6 +14,9 @@
 #include <gtest/gtest.h>
 
 #include <shlobj.h>
+
+#include <map>
+#include <set>
 
 namespace lumenor {
 namespace {
@@ -89,19 +94,18 @@ std::string Shown(const std::wstring& text, const std::wstring& root) {
 
 TEST(LocationTable, EveryRecordOfEveryItemMatchesTheCheckedTable) {
   const MadeUpMachine machine;
-  const CCatalogue catalogue = CCatalogue::Build();
   std::vector<std::string> rows;
   int items = 0;
-  ForEachNode(catalogue.Root(), [&](CMyObject& node) {
-    if (node.Level() != CMyObject::kItem) return;
+  for (const CatalogueEntry& entry : CatalogueEntries()) {
+    if (entry.level != CMyObject::kItem) continue;
     ++items;
     int order = 0;
-    for (const LocationRecord& record : FixedItemLocations(node.Id(), machine.Paths())) {
-      rows.push_back(std::to_string(node.Id()) + "\t" + std::to_string(order++) + "\t" + std::to_string(record.kind) +
+    for (const LocationRecord& record : FixedItemLocations(entry.id, machine.Paths())) {
+      rows.push_back(std::to_string(entry.id) + "\t" + std::to_string(order++) + "\t" + std::to_string(record.kind) +
                      "\t" + RootName(record.rootKey) + "\t" + Shown(record.path, machine.Root()) + "\t" +
                      ToUtf8(record.selector));
     }
-  });
+  }
   ASSERT_EQ(items, 139);
 
   const std::vector<std::string> expected = testing::SplitLines(testing::LoadTestData(IDR_EXPECTED_LOCATIONS));
@@ -118,6 +122,31 @@ TEST(LocationTable, EveryRecordOfEveryItemMatchesTheCheckedTable) {
                   << "\n  expected: " << (first < expected.size() ? expected[first] : "(none)")
                   << "\nthe whole table now is in " << ToUtf8(written);
   }
+}
+
+// Even the item with most records stays far below the bound on a full machine, so the
+// bound never cuts a list the table means to make.
+TEST(LocationTable, NoItemComesNearTheBoundOnTheMadeUpMachine) {
+  const MadeUpMachine machine;
+  for (const CatalogueEntry& entry : CatalogueEntries()) {
+    if (entry.level != CMyObject::kItem) continue;
+    EXPECT_LE(FixedItemLocations(entry.id, machine.Paths()).size(), kMaxFixedItemLocations / 2) << "item " << entry.id;
+  }
+}
+
+// A row under an id that is no item of the catalogue would never be used; and an item's
+// own rows stay far below the bound, which only many drives or passports can reach.
+TEST(LocationTable, EveryRowBelongsToAnItemWithFarFewerRowsThanTheBound) {
+  std::set<unsigned> items;
+  for (const CatalogueEntry& entry : CatalogueEntries()) {
+    if (entry.level == CMyObject::kItem) items.insert(entry.id);
+  }
+  std::map<unsigned, size_t> rowsOfItem;
+  for (const LocationRow& row : LocationRows()) {
+    EXPECT_TRUE(items.contains(row.item)) << "a row for " << row.item << ", which is no item of the catalogue";
+    ++rowsOfItem[row.item];
+  }
+  for (const auto& [item, rows] : rowsOfItem) EXPECT_LE(rows, kMaxFixedItemLocations / 2) << "item " << item;
 }
 
 }  // namespace

@@ -64,26 +64,26 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
   TempFolder folder;
   MakeFile(folder / L"report.lnk");
 
-  const auto run = RunOf({{113, {Key(key / L"MRU"), Folder(folder.Path(), L"*.*", kMatchEveryFile),
+  const auto run = RunOf({{kItemRunHistory, {Key(key / L"MRU"), Folder(folder.Path(), L"*.*", kMatchEveryFile),
                                  Key(key / L"Missing")}},
-                          {104, {Folder(folder.Path(), L"report.lnk", kMatchExactName)}}});
-  const CMyObject& item = Node(113);
-  const CMyObject& other = Node(104);
+                          {kItemDocumentHistory, {Folder(folder.Path(), L"report.lnk", kMatchExactName)}}});
+  const CMyObject& item = Node(kItemRunHistory);
+  const CMyObject& other = Node(kItemDocumentHistory);
 
   testing::RecordingSink sink;
   for (const ScanRun::Item& runItem : run->Items()) ScanItem(*run, runItem, sink, StopToken(), testing::MachineGuard());
   const std::wstring keyText = L"HKEY_CURRENT_USER\\" + (key / L"MRU");
-  EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{113, L"a", keyText, true},
-                                                     {113, L"b", keyText, true},
-                                                     {113, L"report.lnk", folder.Path(), false},
-                                                     {104, L"report.lnk", folder.Path(), false}}));
-  EXPECT_EQ(sink.started, (std::vector<unsigned>{113, 104}));
-  EXPECT_EQ(sink.finished, (std::vector<unsigned>{113, 104}));
+  EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{kItemRunHistory, L"a", keyText, true},
+                                                     {kItemRunHistory, L"b", keyText, true},
+                                                     {kItemRunHistory, L"report.lnk", folder.Path(), false},
+                                                     {kItemDocumentHistory, L"report.lnk", folder.Path(), false}}));
+  EXPECT_EQ(sink.started, (std::vector<unsigned>{kItemRunHistory, kItemDocumentHistory}));
+  EXPECT_EQ(sink.finished, (std::vector<unsigned>{kItemRunHistory, kItemDocumentHistory}));
   EXPECT_EQ(run->FoundCount(item), 3);
   EXPECT_EQ(run->FoundCount(other), 1);
   EXPECT_EQ(run->FoundCount(*item.Parent()), 4) << "Windows Entries counts both items";
   EXPECT_EQ(run->FoundCount(*item.Parent()->Parent()), 4);
-  EXPECT_EQ(run->FoundCount(Node(129)), 0) << "an item outside the run";
+  EXPECT_EQ(run->FoundCount(Node(kItemIeTemporaryFiles)), 0) << "an item outside the run";
   EXPECT_EQ(run->TraceCount(), 4);
 
   // "notepad" and "cmd" as text with their terminators, and the five bytes of "trace".
@@ -98,16 +98,16 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
 TEST_F(ItemInTree, EachRunKeepsItsOwnCountsAndTheCatalogueNone) {
   TestKey key;
   key.SetText(L"MRU", L"a", L"notepad");
-  const auto first = RunOf({{113, {Key(key / L"MRU")}}});
+  const auto first = RunOf({{kItemRunHistory, {Key(key / L"MRU")}}});
   testing::RecordingSink sink;
   ScanItem(*first, first->Items()[0], sink, StopToken(), testing::MachineGuard());
   key.SetText(L"MRU", L"b", L"cmd");
-  const auto second = RunOf({{113, {Key(key / L"MRU")}}});
-  EXPECT_EQ(second->FoundCount(Node(113)), 0) << "a new run starts from nothing, without a reset";
+  const auto second = RunOf({{kItemRunHistory, {Key(key / L"MRU")}}});
+  EXPECT_EQ(second->FoundCount(Node(kItemRunHistory)), 0) << "a new run starts from nothing, without a reset";
   ScanItem(*second, second->Items()[0], sink, StopToken(), testing::MachineGuard());
-  EXPECT_EQ(first->FoundCount(Node(113)), 1);
-  EXPECT_EQ(second->FoundCount(Node(113)), 2);
-  EXPECT_EQ(second->FoundCount(*Node(113).Parent()->Parent()), 2);
+  EXPECT_EQ(first->FoundCount(Node(kItemRunHistory)), 1);
+  EXPECT_EQ(second->FoundCount(Node(kItemRunHistory)), 2);
+  EXPECT_EQ(second->FoundCount(*Node(kItemRunHistory).Parent()->Parent()), 2);
 }
 
 TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
@@ -119,7 +119,7 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
   MakeFile(folder / L"one.tmp");
   MakeFile(folder / L"sub\\two.tmp");
 
-  const auto run = RunOf({{125,
+  const auto run = RunOf({{kItemLastRegistryKey,
                            {Key(key / L"MRU"),
                             Folder(folder.Path(), L"*.*", 1),  // a kind no scan reports, erased all the same
                             Key(key / L"Values", L"lastkey")}}});

@@ -1,10 +1,10 @@
 // The tick boxes of the item trees: how a new state travels down and up, clicks, the
 // order ticked items are gathered in, and the selections read from and saved to
 // "setting.ini" by the scan page and the one-click dialog.
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "scan/ItemSelection.h"
+#include "settings/Settings.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -119,7 +119,7 @@ TEST_F(CatalogueSelection, TheScanPageRestoresTheRecentListOrTheDefaultOneOnlyFo
   Write("[RecentItem]\r\nRecentItems=-1\r\nitem0=183\r\n[DefaultItem]\r\nDefaultItems=2\r\nitem0=132\r\nitem1=104\r\n");
   ItemSelection selection = Fresh();
   selection.RestoreScanSelection(file_);
-  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{104, 132}));
+  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kItemDocumentHistory, kItemIeCookies}));
 
   Write("[RecentItem]\r\nRecentItems=0\r\n[DefaultItem]\r\nDefaultItems=2\r\nitem0=132\r\nitem1=104\r\n");
   selection = Fresh();
@@ -135,11 +135,11 @@ TEST_F(CatalogueSelection, TheScanPageRestoresTheRecentListOrTheDefaultOneOnlyFo
 TEST_F(CatalogueSelection, SelectDefaultReplacesTheTicksWithTheDefaultList) {
   Write("[DefaultItem]\r\nDefaultItems=3\r\nitem0=246\r\nitem1=106\r\nitem2=99\r\n");
   ItemSelection selection = Fresh();
-  selection.TickById(103);  // every Windows entry
+  selection.TickById(kAppWindowsEntries);
   selection.SelectDefault(true, file_);
   EXPECT_GT(selection.TickedItems().size(), 10u) << "nothing changes during a scan";
   selection.SelectDefault(false, file_);
-  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{106, 246}));
+  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kItemTemporaryFiles, kItemMediaPlayerRecentFiles}));
 }
 
 TEST_F(CatalogueSelection, TheOneClickTreeHasFavoritesUnderAcdseeAndSavesItInOrder) {
@@ -147,12 +147,13 @@ TEST_F(CatalogueSelection, TheOneClickTreeHasFavoritesUnderAcdseeAndSavesItInOrd
   ASSERT_EQ(Fresh(false).Rows().size() + 1, selection.Rows().size());
   const int favorites = selection.RowOf(kItemAcdseeFavorites);
   ASSERT_EQ(favorites, selection.RowOf(kItemAcdseeScreenCaptureFolder) + 1);
-  EXPECT_EQ(selection.Rows()[static_cast<size_t>(favorites)].parent, selection.RowOf(264));
+  EXPECT_EQ(selection.Rows()[static_cast<size_t>(favorites)].parent, selection.RowOf(kAppAcdsee));
 
   Write("[OneClickItem]\r\nOneClickItems=6\r\nitem0=1\r\nitem1=2\r\nitem2=3\r\nitem3=4\r\nitem4=5\r\nitem5=6\r\n");
-  for (const unsigned id : {unsigned{kItemAcdseeFavorites}, 132u, 104u}) selection.TickById(id);
+  for (const unsigned id : {kItemAcdseeFavorites, kItemIeCookies, kItemDocumentHistory}) selection.TickById(id);
   ASSERT_TRUE(selection.SaveOneClickSelection(file_));
-  EXPECT_EQ(ReadSelection(file_, Selection::kOneClick), (std::vector<unsigned>{104, 132, kItemAcdseeFavorites}));
+  EXPECT_EQ(ReadSelection(file_, Selection::kOneClick),
+            (std::vector<unsigned>{kItemDocumentHistory, kItemIeCookies, kItemAcdseeFavorites}));
   EXPECT_EQ(file_.ReadInt(L"OneClickItem", L"item5"), 6) << "keys of a longer list stay behind";
 }
 
@@ -163,7 +164,7 @@ TEST_F(CatalogueSelection, TheOneClickDialogStartsFromTheDefaultListOnlyWhileNon
     return selection.TickedItems();
   };
   Write("[OneClickItem]\r\nOneClickItems=-1\r\n[DefaultItem]\r\nDefaultItems=2\r\nitem0=113\r\nitem1=141\r\n");
-  EXPECT_EQ(loaded(), (std::vector<unsigned>{113, 141}));
+  EXPECT_EQ(loaded(), (std::vector<unsigned>{kItemRunHistory, kItemIeAddressBarHistory}));
   Write("[DefaultItem]\r\nDefaultItems=2\r\nitem0=113\r\nitem1=141\r\n");
   EXPECT_TRUE(loaded().empty()) << "no one-click section at all";
 

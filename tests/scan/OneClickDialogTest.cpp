@@ -1,10 +1,10 @@
 // The one-click selection dialog against settings files: where it starts from, what
 // "Save" writes, and that "Select None" and "Cancel" write nothing.
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/DlgOptionsChoose.h"
 #include "catalogue/ItemIds.h"
 #include "res/resource.h"
+#include "settings/Settings.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -35,8 +35,8 @@ class OneClickDialog : public ::testing::Test {
 
 TEST_F(OneClickDialog, StartsFromTheDefaultListOnlyWhileNoOneClickListWasSaved) {
   Open("[OneClickItem]\r\nOneClickItems=-1\r\n[DefaultItem]\r\nDefaultItems=2\r\nitem0=132\r\nitem1=104\r\n");
-  EXPECT_EQ(dialog_->Selection().TickedItems(), (std::vector<unsigned>{104, 132}));
-  const HTREEITEM cookies = dialog_->Tree().ItemOfRow(dialog_->Selection().RowOf(132));
+  EXPECT_EQ(dialog_->Selection().TickedItems(), (std::vector<unsigned>{kItemDocumentHistory, kItemIeCookies}));
+  const HTREEITEM cookies = dialog_->Tree().ItemOfRow(dialog_->Selection().RowOf(kItemIeCookies));
   EXPECT_EQ(TreeView_GetCheckState(dialog_->Tree().Handle(), cookies), 2u) << "the box shows state 3 (ticked)";
 
   Open("[DefaultItem]\r\nDefaultItems=2\r\nitem0=132\r\nitem1=104\r\n");
@@ -49,8 +49,9 @@ TEST_F(OneClickDialog, SaveWritesTheTickedItemsInCatalogueOrderFavoritesIncluded
   Open("[OneClickItem]\r\nOneClickItems=3\r\nitem0=372\r\nitem1=106\r\nitem2=5\r\n");
   dialog_->Selection().TickById(kItemAcdseeFavorites);
   Press(IDOK);
-  EXPECT_EQ(ReadSelection(file_, Selection::kOneClick), (std::vector<unsigned>{106, kItemAcdseeFavorites, 372}));
-  EXPECT_EQ(file_.ReadInt(L"OneClickItem", L"item2"), 372);
+  EXPECT_EQ(ReadSelection(file_, Selection::kOneClick),
+            (std::vector<unsigned>{kItemTemporaryFiles, kItemAcdseeFavorites, kItemFlashPlayerHistory}));
+  EXPECT_EQ(file_.ReadInt(L"OneClickItem", L"item2"), int{kItemFlashPlayerHistory});
 }
 
 TEST_F(OneClickDialog, SelectNoneThenCancelLeavesTheFileAsItWas) {

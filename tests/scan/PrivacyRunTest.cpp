@@ -17,9 +17,6 @@
 namespace lumenor {
 namespace {
 
-constexpr unsigned kRunMru = 113;
-constexpr unsigned kPaintRecentFiles = 122;
-constexpr unsigned kWordPadRecentFiles = 126;
 constexpr wchar_t kRunMruKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\RunMRU";
 constexpr wchar_t kPaintKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Paint\\Recent File List";
 constexpr wchar_t kWordPadKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List";
@@ -81,26 +78,26 @@ class SeededItems : public ::testing::Test {
 
 TEST_F(SeededItems, AScanListsEveryTraceCountsItUpTheTreeAndSavesTheRecentList) {
   RecordingReports reports;
-  const auto run = MakeScanRun(catalogue_.Root(), {kPaintRecentFiles, kItemTemporaryFiles, kRunMru, 99});
+  const auto run = MakeScanRun(catalogue_.Root(), {kItemPaintRecentFiles, kItemTemporaryFiles, kItemRunHistory, 99});
   ScanItems(*run, &settings_, reports, StopToken(), testing::MachineGuard());
   ASSERT_EQ(run->Items().size(), 3u);
-  EXPECT_EQ(reports.started, (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}))
+  EXPECT_EQ(reports.started, (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles}))
       << "catalogue order";
   EXPECT_EQ(reports.stages, (std::vector<RunStage>{RunStage::kScanStarted, RunStage::kScanFinished}));
   EXPECT_EQ(reports.traces.size(), 5u);
   EXPECT_EQ(run->FoundCount(Node(kItemTemporaryFiles)), 2);
-  EXPECT_EQ(run->FoundCount(Node(kRunMru)), 1);
-  EXPECT_EQ(run->FoundCount(Node(kPaintRecentFiles)), 2);
-  EXPECT_EQ(run->FoundCount(*Node(kRunMru).Parent()), 5) << "all three are Windows entries";
-  EXPECT_EQ(run->FoundCount(*Node(kRunMru).Parent()->Parent()), 5);
+  EXPECT_EQ(run->FoundCount(Node(kItemRunHistory)), 1);
+  EXPECT_EQ(run->FoundCount(Node(kItemPaintRecentFiles)), 2);
+  EXPECT_EQ(run->FoundCount(*Node(kItemRunHistory).Parent()), 5) << "all three are Windows entries";
+  EXPECT_EQ(run->FoundCount(*Node(kItemRunHistory).Parent()->Parent()), 5);
   // Two files of five bytes; the values' texts with their terminators, two bytes a character.
   EXPECT_EQ(run->FoundBytes(Node(kItemTemporaryFiles)), 10u);
-  EXPECT_EQ(run->FoundBytes(Node(kRunMru)), 20u);
-  EXPECT_EQ(run->FoundBytes(Node(kPaintRecentFiles)), 30u + 26u);
-  EXPECT_EQ(run->FoundBytes(*Node(kRunMru).Parent()), 86u);
+  EXPECT_EQ(run->FoundBytes(Node(kItemRunHistory)), 20u);
+  EXPECT_EQ(run->FoundBytes(Node(kItemPaintRecentFiles)), 30u + 26u);
+  EXPECT_EQ(run->FoundBytes(*Node(kItemRunHistory).Parent()), 86u);
   EXPECT_EQ(run->TraceBytes(), 86u);
   EXPECT_EQ(ReadSelection(settings_, Selection::kRecent),
-            (std::vector<unsigned>{kItemTemporaryFiles, kRunMru, kPaintRecentFiles}));
+            (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles}));
 
   RecordingReports erase;
   EraseFoundItems(*run, erase, testing::MachineGuard());
@@ -116,12 +113,12 @@ TEST_F(SeededItems, AStopEndsTheRunAfterTheItemBeingScannedAndNothingLaterIsEras
   StopSignal stop;
   RecordingReports reports;
   reports.onItemStarted = [&](const CMyObject& item) {
-    if (item.Id() == kRunMru) stop.Request();
+    if (item.Id() == kItemRunHistory) stop.Request();
   };
-  const auto run = MakeScanRun(catalogue_.Root(), {kItemTemporaryFiles, kRunMru, kPaintRecentFiles});
+  const auto run = MakeScanRun(catalogue_.Root(), {kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles});
   ScanItems(*run, &settings_, reports, StopToken(&stop), testing::MachineGuard());
   ASSERT_EQ(run->Items().size(), 2u);
-  EXPECT_EQ(run->Items().back().node->Id(), kRunMru);
+  EXPECT_EQ(run->Items().back().node->Id(), kItemRunHistory);
   EXPECT_EQ(ReadSelection(settings_, Selection::kRecent).size(), 3u) << "the whole selection was saved at the start";
   EraseFoundItems(*run, reports, testing::MachineGuard());
   EXPECT_TRUE(KeyExists(kPaintKey)) << "cut off by the stop";
@@ -136,11 +133,11 @@ TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {
             ERROR_SUCCESS);
   RegCloseKey(key);
   ASSERT_TRUE(WriteSelection(settings_, Selection::kOneClick,
-                             std::vector<unsigned>{kWordPadRecentFiles, kRunMru, kItemAcdseeFavorites}));
+                             std::vector<unsigned>{kItemWordPadRecentFiles, kItemRunHistory, kItemAcdseeFavorites}));
   ItemSelection selection = ItemSelection::FromCatalogue(catalogue_.Root(), true);
-  selection.TickById(103);
+  selection.TickById(kAppWindowsEntries);
   TickOneClickList(selection, settings_);
-  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kRunMru, kWordPadRecentFiles, kItemAcdseeFavorites}));
+  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kItemRunHistory, kItemWordPadRecentFiles, kItemAcdseeFavorites}));
 
   RecordingReports reports;
   const auto run = MakeScanRun(catalogue_.Root(), selection.TickedItems());
@@ -151,12 +148,12 @@ TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {
   EXPECT_FALSE(KeyExists(kRunMruKey));
   EXPECT_TRUE(KeyExists(kPaintKey)) << "not in the one-click list";
   EXPECT_EQ(reports.erased, 2);
-  EXPECT_EQ(MakeScanRun(catalogue_.Root(), {kRunMru})->FoundCount(Node(kRunMru)), 0)
+  EXPECT_EQ(MakeScanRun(catalogue_.Root(), {kItemRunHistory})->FoundCount(Node(kItemRunHistory)), 0)
       << "the next run starts from nothing";
 }
 
 TEST_F(SeededItems, TheSameTreeScannedTwiceGivesTheSameCountsWithoutAnyReset) {
-  const std::vector<unsigned> ids = {kItemTemporaryFiles, kRunMru, kPaintRecentFiles};
+  const std::vector<unsigned> ids = {kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles};
   RecordingReports reports;
   const auto first = MakeScanRun(catalogue_.Root(), ids);
   ScanItems(*first, nullptr, reports, StopToken(), testing::MachineGuard());

@@ -1,13 +1,13 @@
 // The scan page as a user drives it: tick items, scan, see the rows, delete one row,
 // erase with the progress dialog, a location refused by the folder rules shown as a
 // note, and the restart that only the dialog's hidden button may ask for.
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "engine/Registry.h"
 #include "res/resource.h"
 #include "scan/DlgScan.h"
 #include "scan/ScanState.h"
+#include "settings/Settings.h"
 #include "tests/support/DestructiveTests.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
@@ -20,7 +20,6 @@
 namespace lumenor {
 namespace {
 
-constexpr unsigned kRunMru = 113;
 constexpr wchar_t kRunMruKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\RunMRU";
 
 class ScanPage : public ::testing::Test {
@@ -86,14 +85,16 @@ class ScanPage : public ::testing::Test {
 };
 
 TEST_F(ScanPage, AScanListsEveryTraceCountsItAndSavesTheSelection) {
-  Tick({kRunMru, kItemTemporaryFiles});
+  Tick({kItemRunHistory, kItemTemporaryFiles});
   Scan();
   EXPECT_EQ(Column(1), (std::vector<std::wstring>{L"a", L"a.tmp", L"b.tmp", L"c.tmp"}));
   EXPECT_EQ(page_->ItemsDone(), 4);
-  EXPECT_EQ(page_->Tree().ScanStateOf(kRunMru), CMyTreeCtrl::kDone);
-  EXPECT_EQ(page_->Tree().ScanStateOf(103), CMyTreeCtrl::kDone) << "the application is done with its items";
+  EXPECT_EQ(page_->Tree().ScanStateOf(kItemRunHistory), CMyTreeCtrl::kDone);
+  EXPECT_EQ(page_->Tree().ScanStateOf(kAppWindowsEntries), CMyTreeCtrl::kDone)
+      << "the application is done with its items";
   EXPECT_EQ(page_->Tree().ScanStateOf(kItemVisitedSites), CMyTreeCtrl::kUntouched);
-  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent), (std::vector<unsigned>{kItemTemporaryFiles, kRunMru}));
+  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent),
+            (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory}));
   EXPECT_EQ(ScanBusy.load(), 0);
 }
 
@@ -110,7 +111,7 @@ TEST_F(ScanPage, DeletingARowDeletesItsTraceAndLowersTheCount) {
 }
 
 TEST_F(ScanPage, EraseRunsTheProgressDialogAndEmptiesThePage) {
-  Tick({kRunMru, kItemTemporaryFiles});
+  Tick({kItemRunHistory, kItemTemporaryFiles});
   Scan();
   int shownTotal = 0;
   page_->SetEraseDialogRunner([&](HWND, int total, std::function<void(EraseTally&)> erase) -> INT_PTR {
@@ -135,7 +136,7 @@ TEST_F(ScanPage, EraseRunsTheProgressDialogAndEmptiesThePage) {
 
 TEST_F(ScanPage, OnlyTheDialogsHiddenCancelRestartsAndADialogNeverShownDoesNot) {
   for (const auto& [result, restarts] : std::vector<std::pair<INT_PTR, int>>{{IDOK, 0}, {-1, 0}, {IDCANCEL, 1}}) {
-    Tick({kRunMru});
+    Tick({kItemRunHistory});
     testing::SetRegistryText(HKEY_CURRENT_USER, kRunMruKey, L"a", L"cmd\\1");
     Scan();
     restarts_ = 0;

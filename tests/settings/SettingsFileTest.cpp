@@ -1,7 +1,8 @@
 // "setting.ini" as the program writes and reads it: the default file, options, and the
 // saved selections of items.
-#include "settings/Settings.h"
 #include "base/ModulePath.h"
+#include "catalogue/ItemIds.h"
+#include "settings/Settings.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 
@@ -82,9 +83,15 @@ TEST_F(SettingsFile, DefaultsAreWrittenKeyForKeyInOrder) {
 
 TEST_F(SettingsFile, DefaultScanSelectionDeclaresTwelveOfWhichTwoReadAsOne) {
   ASSERT_TRUE(WriteDefaultSettings(file_));
-  EXPECT_EQ(ReadScanSelection(file_), (std::vector<unsigned>{104, 105, 106, 107, 108, 109, 113, 129, 130, 141, 1, 1}));
-  EXPECT_EQ(ReadSelection(file_, Selection::kOneClick),
-            (std::vector<unsigned>{104, 105, 106, 107, 108, 109, 113, 129, 130, 132}));
+  const std::vector<unsigned> windowsEntries = {
+      kItemDocumentHistory,       kItemSearchHistory,         kItemTemporaryFiles, kItemRecycleBins,
+      kItemStartMenuClickHistory, kItemStartMenuOrderHistory, kItemRunHistory};
+  std::vector<unsigned> scan = windowsEntries;
+  scan.insert(scan.end(), {kItemIeTemporaryFiles, kItemVisitedSites, kItemIeAddressBarHistory, 1, 1});
+  EXPECT_EQ(ReadScanSelection(file_), scan);
+  std::vector<unsigned> oneClick = windowsEntries;
+  oneClick.insert(oneClick.end(), {kItemIeTemporaryFiles, kItemVisitedSites, kItemIeCookies});
+  EXPECT_EQ(ReadSelection(file_, Selection::kOneClick), oneClick);
 }
 
 TEST_F(SettingsFile, DefaultOptionsReadBackAsWritten) {
@@ -122,21 +129,26 @@ TEST_F(SettingsFile, AnEmptyOrMissingFileReadsEveryOptionAsOne) {
 }
 
 TEST_F(SettingsFile, AShorterListLeavesTheOldKeysBehindUnread) {
-  const std::vector<unsigned> ten = {104, 105, 106, 107, 108, 109, 113, 129, 130, 132};
+  const std::vector<unsigned> ten = {kItemDocumentHistory, kItemSearchHistory,         kItemTemporaryFiles,
+                                     kItemRecycleBins,     kItemStartMenuClickHistory, kItemStartMenuOrderHistory,
+                                     kItemRunHistory,      kItemIeTemporaryFiles,      kItemVisitedSites,
+                                     kItemIeCookies};
+  const std::vector<unsigned> three = {kItemMediaPlayerRecentFiles, kItemMediaPlayerRecentUrls,
+                                       kItemMediaPlayerDatabase};
   ASSERT_TRUE(WriteSelection(file_, Selection::kRecent, ten));
-  ASSERT_TRUE(WriteSelection(file_, Selection::kRecent, std::vector<unsigned>{246, 247, 369}));
+  ASSERT_TRUE(WriteSelection(file_, Selection::kRecent, three));
 
-  EXPECT_EQ(ReadScanSelection(file_), (std::vector<unsigned>{246, 247, 369}));
+  EXPECT_EQ(ReadScanSelection(file_), three);
   EXPECT_EQ(file_.ReadInt(L"RecentItem", L"RecentItems"), 3);
-  EXPECT_EQ(file_.ReadInt(L"RecentItem", L"item3"), 107);
-  EXPECT_EQ(file_.ReadInt(L"RecentItem", L"item9"), 132);
+  EXPECT_EQ(file_.ReadInt(L"RecentItem", L"item3"), int{kItemRecycleBins});
+  EXPECT_EQ(file_.ReadInt(L"RecentItem", L"item9"), int{kItemIeCookies});
 }
 
 TEST_F(SettingsFile, RecentCountOfMinusOneFallsBackToTheDefaultList) {
   ASSERT_TRUE(WriteDefaultSettings(file_));
-  ASSERT_TRUE(file_.WriteInt(L"RecentItem", L"item0", 183));  // left over, not counted
+  ASSERT_TRUE(file_.WriteInt(L"RecentItem", L"item0", kItemIcqChatHistory));  // left over, not counted
   EXPECT_EQ(ReadScanSelection(file_).size(), 12u);
-  EXPECT_EQ(ReadScanSelection(file_).front(), 104u);
+  EXPECT_EQ(ReadScanSelection(file_).front(), kItemDocumentHistory);
 
   ASSERT_TRUE(WriteSelection(file_, Selection::kRecent, std::vector<unsigned>{}));
   EXPECT_TRUE(ReadScanSelection(file_).empty()) << "an empty saved selection stays empty";
@@ -147,10 +159,10 @@ TEST_F(SettingsFile, RecentCountOfMinusOneFallsBackToTheDefaultList) {
 
 TEST_F(SettingsFile, ADamagedHugeCountIsReadOnlyAsFarAsAListCanGo) {
   ASSERT_TRUE(file_.WriteInt(L"OneClickItem", L"OneClickItems", 2000000000));
-  ASSERT_TRUE(file_.WriteInt(L"OneClickItem", L"item0", 183));
+  ASSERT_TRUE(file_.WriteInt(L"OneClickItem", L"item0", kItemIcqChatHistory));
   const std::vector<unsigned> ids = ReadSelection(file_, Selection::kOneClick);
   EXPECT_EQ(ids.size(), 1024u);
-  EXPECT_EQ(ids.front(), 183u);
+  EXPECT_EQ(ids.front(), kItemIcqChatHistory);
 }
 
 TEST_F(SettingsFile, NumbersRoundTripInDecimalWithSign) {

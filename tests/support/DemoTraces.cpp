@@ -1,5 +1,6 @@
 #include "tests/support/DemoTraces.h"
 
+#include "catalogue/ItemIds.h"
 #include "engine/SystemPaths.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
@@ -49,21 +50,25 @@ class Seeder {
 
 void SeedRegistryLists(Seeder& seed) {
   const std::wstring explorer = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer";
-  seed.Value(113, explorer + L"\\RunMRU", L"a", L"notepad\\1");
-  seed.Value(113, explorer + L"\\RunMRU", L"b", L"regedit\\1");
-  seed.Value(113, explorer + L"\\RunMRU", L"MRUList", L"ba");
-  seed.Value(104, explorer + L"\\RecentDocs\\.txt", L"0", L"budget.txt");
-  seed.Value(104, explorer + L"\\RecentDocs", L"MRUListEx", L"0");
-  seed.Value(141, L"Software\\Microsoft\\Internet Explorer\\TypedURLs", L"url1", L"http://news.example.com/");
-  seed.Value(141, L"Software\\Microsoft\\Internet Explorer\\TypedURLs", L"url2", L"http://mail.example.com/");
-  seed.Value(125, L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit", L"lastkey",
+  seed.Value(kItemRunHistory, explorer + L"\\RunMRU", L"a", L"notepad\\1");
+  seed.Value(kItemRunHistory, explorer + L"\\RunMRU", L"b", L"regedit\\1");
+  seed.Value(kItemRunHistory, explorer + L"\\RunMRU", L"MRUList", L"ba");
+  seed.Value(kItemDocumentHistory, explorer + L"\\RecentDocs\\.txt", L"0", L"budget.txt");
+  seed.Value(kItemDocumentHistory, explorer + L"\\RecentDocs", L"MRUListEx", L"0");
+  seed.Value(kItemIeAddressBarHistory, L"Software\\Microsoft\\Internet Explorer\\TypedURLs", L"url1",
+             L"http://news.example.com/");
+  seed.Value(kItemIeAddressBarHistory, L"Software\\Microsoft\\Internet Explorer\\TypedURLs", L"url2",
+             L"http://mail.example.com/");
+  seed.Value(kItemLastRegistryKey, L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Regedit", L"lastkey",
              L"My Computer\\HKEY_CURRENT_USER\\Software");
-  seed.Value(122, L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Paint\\Recent File List", L"File1",
-             L"C:\\Pictures\\holiday.bmp");
-  seed.Value(126, L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List", L"File1",
+  seed.Value(kItemPaintRecentFiles, L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Paint\\Recent File List",
+             L"File1", L"C:\\Pictures\\holiday.bmp");
+  seed.Value(kItemWordPadRecentFiles,
+             L"Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List", L"File1",
              L"C:\\Documents\\letter.rtf");
-  seed.Value(246, L"Software\\Microsoft\\MediaPlayer\\Player\\RecentFileList", L"File0", L"C:\\Music\\song.mp3");
-  seed.Value(370, L"Software\\Adobe\\Acrobat Reader\\9.0\\AVGeneral\\cRecentFiles\\c1", L"tDIText",
+  seed.Value(kItemMediaPlayerRecentFiles, L"Software\\Microsoft\\MediaPlayer\\Player\\RecentFileList", L"File0",
+             L"C:\\Music\\song.mp3");
+  seed.Value(kItemAcrobatRecentFiles, L"Software\\Adobe\\Acrobat Reader\\9.0\\AVGeneral\\cRecentFiles\\c1", L"tDIText",
              L"/C/Documents/contract.pdf");
 }
 
@@ -75,37 +80,38 @@ void SeedBrowserProfiles(Seeder& seed) {
            "[General]\r\nStartWithLastProfile=1\r\n\r\n[Profile0]\r\nName=default\r\nIsRelative=1\r\n"
            "Path=Profiles/x8k2demo.default\r\n");
   const std::wstring profile = firefox + L"Profiles\\x8k2demo.default\\";
-  seed.File(164, profile, L"places.sqlite", "SQLite format 3");
-  seed.File(164, profile, L"sessionstore.js", "({windows:[]})");
-  seed.File(165, profile, L"formhistory.sqlite", "SQLite format 3");
-  seed.File(167, profile, L"downloads.sqlite", "SQLite format 3");
-  seed.File(168, profile, L"cookies.sqlite", "SQLite format 3");
-  seed.File(169, profile, L"key3.db", "key database");
-  seed.File(169, profile, L"signons3.txt", "#2d\r\n");
+  seed.File(kItemFirefoxBrowsingHistory, profile, L"places.sqlite", "SQLite format 3");
+  seed.File(kItemFirefoxBrowsingHistory, profile, L"sessionstore.js", "({windows:[]})");
+  seed.File(kItemFirefoxFormHistory, profile, L"formhistory.sqlite", "SQLite format 3");
+  seed.File(kItemFirefoxDownloads, profile, L"downloads.sqlite", "SQLite format 3");
+  seed.File(kItemFirefoxCookies, profile, L"cookies.sqlite", "SQLite format 3");
+  seed.File(kItemFirefoxPasswords, profile, L"key3.db", "key database");
+  seed.File(kItemFirefoxPasswords, profile, L"signons3.txt", "#2d\r\n");
 
   const std::wstring opera = *appData + L"Opera\\Opera\\profile\\";
-  seed.File(160, opera, L"cookies4.dat", "opera cookies");
-  seed.File(159, opera, L"global.dat", "typed history");
-  seed.File(210, *appData + L"Microsoft\\office\\Recent\\", L"Quarterly report.doc.LNK", "link");
-  seed.File(372, *appData + L"Macromedia\\Flash Player\\#SharedObjects\\", L"settings.sol", "flash");
+  seed.File(kItemOperaCookies, opera, L"cookies4.dat", "opera cookies");
+  seed.File(kItemOperaTypedAddresses, opera, L"global.dat", "typed history");
+  seed.File(kItemOfficeRecentFolder, *appData + L"Microsoft\\office\\Recent\\", L"Quarterly report.doc.LNK", "link");
+  seed.File(kItemFlashPlayerHistory, *appData + L"Macromedia\\Flash Player\\#SharedObjects\\", L"settings.sol",
+            "flash");
 }
 
 void SeedFolders(Seeder& seed) {
   const std::optional<std::wstring> temp = MachinePaths().EnvironmentVariable(L"TEMP");
   if (temp) {
-    seed.File(106, *temp + L"\\", L"~DF3A1.tmp", "temporary");
-    seed.File(106, *temp + L"\\installer\\", L"setup.log", "installer log");
+    seed.File(kItemTemporaryFiles, *temp + L"\\", L"~DF3A1.tmp", "temporary");
+    seed.File(kItemTemporaryFiles, *temp + L"\\installer\\", L"setup.log", "installer log");
   }
   if (const auto recent = seed.Folder(CSIDL_RECENT, L"Recent")) {
-    seed.File(104, *recent, L"budget.txt.lnk", "link");
+    seed.File(kItemDocumentHistory, *recent, L"budget.txt.lnk", "link");
   }
   if (const auto cookies = seed.Folder(CSIDL_COOKIES, L"Cookies")) {
-    seed.File(132, *cookies, L"user@example[1].txt", "cookie");
+    seed.File(kItemIeCookies, *cookies, L"user@example[1].txt", "cookie");
   }
   if (const auto cache = seed.Folder(CSIDL_INTERNET_CACHE, L"Internet cache")) {
-    seed.File(129, *cache + L"Content.IE5\\ABCD1234\\", L"logo[1].png", "png");
+    seed.File(kItemIeTemporaryFiles, *cache + L"Content.IE5\\ABCD1234\\", L"logo[1].png", "png");
   }
-  seed.File(107, L"C:\\RECYCLER\\S-1-5-21-0-0-0-1000\\", L"Dc1.txt", "deleted file");
+  seed.File(kItemRecycleBins, L"C:\\RECYCLER\\S-1-5-21-0-0-0-1000\\", L"Dc1.txt", "deleted file");
 }
 
 }  // namespace
