@@ -70,7 +70,6 @@ class Node {
   bool IsText() const { return element_ == nullptr; }
   // The text of a text node; empty for an element.
   const std::string& Text() const { return text_; }
-  std::string& Text() { return text_; }
   // The element of an element node; null for text.
   const Element* AsElement() const { return element_.get(); }
   Element* AsElement() { return element_.get(); }
