@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
 # Installs what building and testing Lumenor on Debian 12 needs: CMake and Ninja, the
-# MinGW-w64 cross compilers (posix threading), GoogleTest's sources, Wine and Xvfb, and
-# what packaging needs: NSIS for the setup program, zip and unzip for the portable zips.
+# MinGW-w64 cross compilers (posix threading), GoogleTest's sources, nlohmann-json's
+# headers, Wine and Xvfb, and what packaging needs: NSIS for the setup program, zip and
+# unzip for the portable zips.
 # Does nothing when everything is already there.
 set -euo pipefail
 
 packages=(
   cmake ninja-build
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64
-  googletest
+  googletest nlohmann-json3-dev
   wine wine64
   xvfb xauth
   nsis zip unzip
