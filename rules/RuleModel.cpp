@@ -38,6 +38,25 @@ std::optional<Hive> HiveFromName(std::wstring_view name) {
   return std::nullopt;
 }
 
+const std::vector<NamedActionKind>& KnownNamedActions() {
+  // Each edits a file in place; none deletes the file it works on.
+  static const std::vector<NamedActionKind> kKnown = {
+      {L"firefox-history", {}},     // the visits of places.sqlite; bookmarks and their places stay
+      {L"firefox-cookies", {}},     // the rows of cookies.sqlite, but those the keep-list keeps
+      {L"chromium-cookies", {}},    // the rows of a Chromium cookie database, likewise
+      {L"chromium-form-data", {}},  // the rows of "autocomplete" in "Web Data"
+      {L"ini-values", {L"section", L"keys"}},  // keys of one section of an ini file
+  };
+  return kKnown;
+}
+
+const NamedActionKind* FindNamedAction(std::wstring_view name) {
+  for (const NamedActionKind& kind : KnownNamedActions()) {
+    if (SameAsciiText(kind.name, name)) return &kind;
+  }
+  return nullptr;
+}
+
 unsigned DerivedItemId(std::wstring_view application, std::wstring_view item) {
   // FNV-1a over the UTF-16 units of both names, ASCII letters folded, so the number is
   // the same on every machine and every start.

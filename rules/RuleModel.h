@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace lumenor::rules {
@@ -35,7 +36,9 @@ enum class Hive { kCurrentUser, kLocalMachine, kUsers, kClassesRoot, kCurrentCon
 std::optional<Hive> HiveFromName(std::wstring_view name);
 
 // A key written as "HKCU\Software\..." split into its hive and its path below the hive
-// (no leading or trailing backslash). The path may be empty: the hive itself.
+// (no leading or trailing backslash). The path may be empty: the hive itself. In a
+// registry action or exclusion, a name of the path may hold `*` and `?`, each matched
+// against one sub-key name ("...\User MRU\*\File MRU").
 struct RegistryKey {
   Hive hive = Hive::kCurrentUser;
   std::wstring path;
@@ -65,22 +68,34 @@ struct FileAction {
   SourcePosition where;
 };
 
-// A key with everything below it (no value name), or one value of it.
+// A key with everything below it (no value name), one value of it, or every value of it
+// (`allValues`: the key and its sub-keys stay).
 struct RegistryAction {
   RegistryKey key;
   std::optional<std::wstring> value;
+  bool allValues = false;
   SourcePosition where;
 };
 
 // An action that code implements, named in the rule: "firefox-history",
-// "chromium-cookies", ... `file` is the database it works on, written like a
-// FileAction's folder (relative inside a profile action). An unknown name is a problem
-// of the rule file, found when it is loaded.
+// "chromium-cookies", ... `file` is the file it works on, written like a FileAction's
+// folder (relative inside a profile action); `parameters` are what the action takes
+// besides ("section" and "keys" of "ini-values"). An unknown name, or a parameter the
+// action does not take, is a problem of the rule file, found when it is loaded.
 struct NamedAction {
   std::wstring name;
   std::wstring file;
+  std::vector<std::pair<std::wstring, std::wstring>> parameters;
   SourcePosition where;
 };
+
+// The named actions the program implements, and the parameters each takes.
+struct NamedActionKind {
+  std::wstring_view name;
+  std::vector<std::wstring_view> parameters;
+};
+const std::vector<NamedActionKind>& KnownNamedActions();
+const NamedActionKind* FindNamedAction(std::wstring_view name);
 
 enum class ProfileKind {
   kChromium,  // the profiles of a Chromium user data root ("Local State", or the folders)
