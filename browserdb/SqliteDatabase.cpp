@@ -116,8 +116,10 @@ int SqliteDatabase::Execute(std::string_view sql) const {
 int64_t SqliteDatabase::Changes() const { return connection_ != nullptr ? sqlite3_changes64(connection_) : 0; }
 
 void SqliteDatabase::SetBusyTimeout(int milliseconds) const {
-  // Only fails for a connection that is not open, which IsOpen tells.
-  (void)sqlite3_busy_timeout(connection_, milliseconds);
+  if (connection_ != nullptr) {
+    // Fails only for a connection that is not open.
+    (void)sqlite3_busy_timeout(connection_, milliseconds);
+  }
 }
 
 std::string SqliteDatabase::ErrorMessage() const {

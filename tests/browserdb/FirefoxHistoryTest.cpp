@@ -134,9 +134,12 @@ TEST_F(HistoryErase, TheScanCountsTheVisitsAndPlacesTheEraseDeletesAndASecondEra
   EXPECT_EQ(again.rowsDeleted, 0u);
 }
 
-TEST_F(HistoryErase, AWalDatabaseKeepsNoVisitedAddressInTheFileOrItsWal) {
+TEST_F(HistoryErase, AWalDatabaseIsScannedWithItsWalAndKeepsNoVisitedAddressInTheFileOrItsWal) {
   Fill(true);
   ASSERT_TRUE(FileOrWalHolds(places_, kVisitedMarker));
+  const DatabaseScan scan = ScanFirefoxHistory(places_);
+  ASSERT_EQ(scan.lines.size(), 1u);
+  EXPECT_EQ(scan.lines[0].rows, 7u) << "the visits are in the WAL only";
   ASSERT_EQ(EraseFirefoxHistory(places_).failure, DatabaseFailure::kNone);
   EXPECT_FALSE(FileOrWalHolds(places_, kVisitedMarker));
   const FixtureDatabase database(places_);
