@@ -9,10 +9,10 @@ namespace lumenor {
 
 namespace {
 
-// Statements between two tests of the stop request.
+// SQLite's virtual-machine steps between two tests of the stop request.
 constexpr int kStopTestInterval = 1000;
 
-// The files SQLite writes beside a database; each is written through like the database.
+// The files SQLite writes beside a database: one that is a link would be written through.
 constexpr const wchar_t* kCompanionSuffixes[] = {L"-journal", L"-wal", L"-shm"};
 
 DatabaseFailure FailureOf(int result) {
