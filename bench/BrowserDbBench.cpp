@@ -25,7 +25,7 @@ constexpr int kCookiesPerHost = 10;
 constexpr int kVisits = 100000;
 constexpr int kPlaces = 20000;
 constexpr int kBookmarked = 500;
-constexpr int kRounds = 3;
+constexpr int kRounds = 5;
 
 const std::wstring kFolder = L"C:\\lumenor-bench\\browserdb\\";
 
