@@ -39,6 +39,14 @@ bool CIniFileRW::WriteString(std::wstring_view section, std::wstring_view key, s
                                     std::wstring(text).c_str(), path_.c_str()) != FALSE;
 }
 
+bool CIniFileRW::DeleteKey(std::wstring_view section, std::wstring_view key) const {
+  if (!HasUsablePath()) {
+    return false;
+  }
+  return WritePrivateProfileStringW(std::wstring(section).c_str(), std::wstring(key).c_str(), nullptr, path_.c_str()) !=
+         FALSE;
+}
+
 int CIniFileRW::ReadInt(std::wstring_view section, std::wstring_view key) const {
   if (!HasUsablePath()) {
     return kMissingKeyValue;

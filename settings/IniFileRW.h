@@ -28,6 +28,8 @@ class CIniFileRW {
 
   bool WriteInt(std::wstring_view section, std::wstring_view key, int value) const;
   bool WriteString(std::wstring_view section, std::wstring_view key, std::wstring_view text) const;
+  // Removes the key; true when it is gone (also when it was never there).
+  bool DeleteKey(std::wstring_view section, std::wstring_view key) const;
   // The stored whole number; 1 when the key, section or file is missing.
   int ReadInt(std::wstring_view section, std::wstring_view key) const;
   // The stored text, whole; false (and `text` emptied) when nothing was read.

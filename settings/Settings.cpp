@@ -22,6 +22,7 @@ constexpr wchar_t kDay[] = L"day";
 constexpr wchar_t kHour[] = L"hour";
 constexpr wchar_t kMinute[] = L"minute";
 constexpr wchar_t kWhen[] = L"when";
+constexpr wchar_t kCookiesToKeep[] = L"CookiesToKeep";
 
 // A damaged count must not keep the program reading keys for hours; no real list comes
 // near this size.
@@ -96,6 +97,24 @@ std::vector<unsigned> ReadEntries(const CIniFileRW& file, const wchar_t* section
     ids.push_back(static_cast<unsigned>(file.ReadInt(section, EntryKey(i))));
   }
   return ids;
+}
+
+std::wstring DomainKey(int index) { return L"domain" + std::to_wstring(index); }
+
+// A count as the file holds it: decimal digits, nothing else. Anything other, a missing
+// key included, counts no entries.
+int ParseCount(const std::wstring& text) {
+  if (text.empty()) {
+    return 0;
+  }
+  int count = 0;
+  for (const wchar_t c : text) {
+    if (c < L'0' || c > L'9') {
+      return 0;
+    }
+    count = std::min(count * 10 + (c - L'0'), kMaxSelectionEntries);
+  }
+  return count;
 }
 
 }  // namespace
@@ -185,6 +204,37 @@ std::vector<unsigned> BuiltInSelection(Selection which) {
   ids.push_back(kDefaultScanWrites[std::size(kDefaultScanWrites) - 1]);
   ids.resize(std::size(kDefaultScanWrites), 1);
   return ids;
+}
+
+std::vector<std::wstring> ReadCookiesToKeep(const CIniFileRW& file) {
+  std::wstring text;
+  (void)file.ReadString(kCookiesToKeep, kCookiesToKeep, text);  // a missing count leaves the text empty
+  const int count = ParseCount(text);
+  std::vector<std::wstring> domains;
+  for (int i = 0; i < count; ++i) {
+    if (file.ReadString(kCookiesToKeep, DomainKey(i), text)) {
+      domains.push_back(std::move(text));
+    }
+  }
+  return domains;
+}
+
+bool WriteCookiesToKeep(const CIniFileRW& file, std::span<const std::wstring> domains) {
+  if (domains.size() > static_cast<size_t>(kMaxSelectionEntries)) {
+    return false;
+  }
+  bool written = true;
+  int count = 0;
+  for (const std::wstring& domain : domains) {
+    written &= file.WriteString(kCookiesToKeep, DomainKey(count), domain);
+    ++count;
+  }
+  written &= file.WriteInt(kCookiesToKeep, kCookiesToKeep, count);
+  std::wstring stale;
+  for (int i = count; i < kMaxSelectionEntries && file.ReadString(kCookiesToKeep, DomainKey(i), stale); ++i) {
+    written &= file.DeleteKey(kCookiesToKeep, DomainKey(i));
+  }
+  return written;
 }
 
 bool WriteDefaultSettings(const CIniFileRW& file) {

@@ -5,6 +5,7 @@
 #include "settings/IniFileRW.h"
 
 #include <span>
+#include <string>
 #include <vector>
 
 namespace lumenor {
@@ -53,6 +54,14 @@ bool WriteSelection(const CIniFileRW& file, Selection which, std::span<const uns
 // A list as a freshly written default file holds it (the recent list reading as the
 // default scan list).
 std::vector<unsigned> BuiltInSelection(Selection which);
+
+// The cookie keep-list: section "CookiesToKeep", its count in key "CookiesToKeep", the
+// domains in "domain0", "domain1", ... Read as stored, without the entries that are
+// missing or empty; a missing section or count reads as an empty list.
+std::vector<std::wstring> ReadCookiesToKeep(const CIniFileRW& file);
+// Writes the domains, then the count, then removes the entries a longer list left behind
+// (a domain taken off the list leaves no trace of it in the file).
+bool WriteCookiesToKeep(const CIniFileRW& file, std::span<const std::wstring> domains);
 
 // Writes the complete built-in default file; false if any key could not be written.
 bool WriteDefaultSettings(const CIniFileRW& file);

@@ -1,5 +1,5 @@
-// "setting.ini" as the program writes and reads it: the default file, options, and the
-// saved selections of items.
+// "setting.ini" as the program writes and reads it: the default file, options, the saved
+// selections of items and the cookie keep-list.
 #include "base/ModulePath.h"
 #include "catalogue/ItemIds.h"
 #include "settings/Settings.h"
@@ -7,6 +7,8 @@
 #include "tests/support/TestData.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include <windows.h>
 
@@ -201,6 +203,43 @@ TEST_F(SettingsFile, APathTooLongForTheFileIsNeverUsedShortened) {
   if (search != INVALID_HANDLE_VALUE) {
     FindClose(search);
   }
+}
+
+TEST_F(SettingsFile, TheCookieKeepListIsWrittenInItsOwnSectionAndReadsBack) {
+  ASSERT_TRUE(WriteDefaultSettings(file_));
+  const std::vector<std::wstring> domains = {L"example.org", L"mail.example.net"};
+  ASSERT_TRUE(WriteCookiesToKeep(file_, domains));
+  EXPECT_EQ(ReadCookiesToKeep(file_), domains);
+  const std::vector<std::string> lines = MeaningfulLines(path_);
+  const std::vector<std::string> section(std::find(lines.begin(), lines.end(), "[CookiesToKeep]"), lines.end());
+  EXPECT_EQ(section, (std::vector<std::string>{"[CookiesToKeep]", "domain0=example.org", "domain1=mail.example.net",
+                                               "CookiesToKeep=2"}));
+}
+
+TEST_F(SettingsFile, AMissingCookieKeepListReadsAsAnEmptyList) {
+  EXPECT_TRUE(ReadCookiesToKeep(file_).empty()) << "no file";
+  ASSERT_TRUE(WriteDefaultSettings(file_));
+  EXPECT_TRUE(ReadCookiesToKeep(file_).empty()) << "no section";
+  ASSERT_TRUE(file_.WriteString(L"CookiesToKeep", L"domain0", L"example.org"));
+  EXPECT_TRUE(ReadCookiesToKeep(file_).empty()) << "no count";
+  ASSERT_TRUE(file_.WriteString(L"CookiesToKeep", L"CookiesToKeep", L"-1"));
+  EXPECT_TRUE(ReadCookiesToKeep(file_).empty()) << "a count that is no count";
+}
+
+TEST_F(SettingsFile, KeepListEntriesThatAreMissingOrEmptyArePassedOver) {
+  ASSERT_TRUE(file_.WriteInt(L"CookiesToKeep", L"CookiesToKeep", 4));
+  ASSERT_TRUE(file_.WriteString(L"CookiesToKeep", L"domain0", L"a.example"));
+  ASSERT_TRUE(file_.WriteString(L"CookiesToKeep", L"domain1", L""));
+  ASSERT_TRUE(file_.WriteString(L"CookiesToKeep", L"domain3", L"d.example"));
+  EXPECT_EQ(ReadCookiesToKeep(file_), (std::vector<std::wstring>{L"a.example", L"d.example"}));
+}
+
+TEST_F(SettingsFile, AShorterKeepListLeavesNoDomainTakenOffItInTheFile) {
+  ASSERT_TRUE(WriteCookiesToKeep(file_, std::vector<std::wstring>{L"a.example", L"b.example", L"c.example"}));
+  ASSERT_TRUE(WriteCookiesToKeep(file_, std::vector<std::wstring>{L"c.example"}));
+  EXPECT_EQ(ReadCookiesToKeep(file_), std::vector<std::wstring>{L"c.example"});
+  EXPECT_EQ(MeaningfulLines(path_),
+            (std::vector<std::string>{"[CookiesToKeep]", "domain0=c.example", "CookiesToKeep=1"}));
 }
 
 TEST(SettingsFileLocation, IsTheExecutablesOwnFolder) {
