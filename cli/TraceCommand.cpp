@@ -52,15 +52,16 @@ std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, CMyObject*
   return selection.TickedItems();
 }
 
-// Locations the folder rules refused, each told once however often the scan and the
-// erase come upon it: as a JSON line, or as a warning on standard error.
+// Locations refused (by the folder rules, or as what no rule may touch), each told once
+// however often the scan and the erase come upon it: as a JSON line, or as a warning on
+// standard error.
 class SkipReport {
  public:
   SkipReport(BufferedOutput& out, const ConsoleOutput& err, bool json) : out_(out), err_(err), json_(json) {}
 
   void Add(const SkippedLocation& skipped) {
-    if (!told_.insert({skipped.item->Id(), skipped.index}).second) return;
-    const std::wstring reason(VerdictReason(skipped.reason));
+    const std::wstring reason = SkipReason(skipped);
+    if (!told_.insert({skipped.item->Id(), skipped.location + L"\n" + reason}).second) return;
     if (json_) {
       out_.Line(L"{\"type\":\"skipped\",\"id\":" + std::to_wstring(skipped.item->Id()) + L",\"location\":" +
                 JsonString(skipped.location) + L",\"reason\":" + JsonString(reason) + L"}");
@@ -75,7 +76,7 @@ class SkipReport {
   BufferedOutput& out_;
   const ConsoleOutput& err_;
   bool json_;
-  std::set<std::pair<unsigned, int>> told_;
+  std::set<std::pair<unsigned, std::wstring>> told_;
 };
 
 class PrintingReports final : public RunReports {

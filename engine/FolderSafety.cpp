@@ -1,6 +1,7 @@
 #include "engine/FolderSafety.h"
 
 #include "engine/FilePath.h"
+#include "engine/TraceSink.h"
 
 #include <shlobj.h>
 #include <windows.h>
@@ -126,6 +127,10 @@ std::wstring_view VerdictReason(FolderVerdict verdict) {
       return L"link";
   }
   return L"refused";
+}
+
+std::wstring SkipReason(const SkippedLocation& skipped) {
+  return skipped.why.empty() ? std::wstring(VerdictReason(skipped.reason)) : skipped.why;
 }
 
 std::optional<std::wstring> CanonicalFolder(std::wstring_view folder, FolderVerdict* refusal) {

@@ -11,10 +11,10 @@ constexpr DWORD kMaxTextBytes = 65536 * sizeof(wchar_t);
 
 }  // namespace
 
-UniqueKey OpenKey(HKEY root, std::wstring_view path, REGSAM access, LONG* result) {
+UniqueKey OpenKey(HKEY root, std::wstring_view path, REGSAM access, LONG* result, REGSAM view) {
   HKEY key = nullptr;
   const std::wstring subKey(path);
-  const LONG opened = RegOpenKeyExW(root, subKey.c_str(), REG_OPTION_OPEN_LINK, access | kRegistryView, &key);
+  const LONG opened = RegOpenKeyExW(root, subKey.c_str(), REG_OPTION_OPEN_LINK, access | view, &key);
   if (result != nullptr) {
     *result = opened;
   }

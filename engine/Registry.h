@@ -43,10 +43,11 @@ class UniqueKey {
   HKEY key_ = nullptr;
 };
 
-// Opens `path` under `root` with `access` (plus the engine's view). A key that is a
-// registry link is opened as the link itself, never as its target. `result`, when
-// given, receives the system's answer (ERROR_FILE_NOT_FOUND for a missing key).
-UniqueKey OpenKey(HKEY root, std::wstring_view path, REGSAM access, LONG* result = nullptr);
+// Opens `path` under `root` with `access` in `view` (the engine's own unless told). A key
+// that is a registry link is opened as the link itself, never as its target. `result`,
+// when given, receives the system's answer (ERROR_FILE_NOT_FOUND for a missing key).
+UniqueKey OpenKey(HKEY root, std::wstring_view path, REGSAM access, LONG* result = nullptr,
+                  REGSAM view = kRegistryView);
 
 // Whether an open key is a registry link.
 bool IsLinkKey(HKEY key);

@@ -42,11 +42,11 @@ constexpr REGSAM kEraseAccess = KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | DELET
 
 // Deletes a registry link itself. The usual calls would open, and act on, its target; the
 // native call works on the handle of the link.
-bool DeleteLinkKey(HKEY parent, const wchar_t* name) {
+bool DeleteLinkKey(HKEY parent, const wchar_t* name, REGSAM view) {
   using NtDeleteKeyFunction = LONG(WINAPI*)(HANDLE);
   static const auto ntDeleteKey = reinterpret_cast<NtDeleteKeyFunction>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtDeleteKey")));
-  const UniqueKey link = OpenKey(parent, name, DELETE | KEY_QUERY_VALUE);
+  const UniqueKey link = OpenKey(parent, name, DELETE | KEY_QUERY_VALUE, nullptr, view);
   return ntDeleteKey != nullptr && link && IsLinkKey(link.Get()) && ntDeleteKey(link.Get()) == 0;
 }
 
@@ -78,9 +78,10 @@ enum class SubKeyOpening { kOpened, kLink, kMissing, kRefused };
 
 // Opens a sub-key of an open key, refusing a registry link, and counts its values. A link
 // holds exactly one value, so only such keys need the closer look.
-SubKeyOpening OpenSubKey(HKEY parent, const wchar_t* name, REGSAM access, UniqueKey& child, DWORD& values) {
+SubKeyOpening OpenSubKey(HKEY parent, const wchar_t* name, REGSAM access, REGSAM view, UniqueKey& child,
+                         DWORD& values) {
   LONG result = ERROR_SUCCESS;
-  child = OpenKey(parent, name, access, &result);
+  child = OpenKey(parent, name, access, &result, view);
   values = child ? CountValues(child.Get()) : 0;
   if (child && values == 1 && IsLinkKey(child.Get())) {
     child.Reset();
@@ -116,8 +117,8 @@ void ReportValues(const OpenedKey& opened, const StopToken& stop, std::vector<wc
 }  // namespace
 
 void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, const StopToken& stop,
-                          const RegistryTraceFound& found) {
-  UniqueKey key = OpenKey(root, keyPath, KEY_READ);
+                          const RegistryTraceFound& found, REGSAM view) {
+  UniqueKey key = OpenKey(root, keyPath, KEY_READ, nullptr, view);
   if (!key) {
     return;
   }
@@ -149,7 +150,7 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
       if (next == NextSubKey::kFound) {
         DWORD values = 0;
         UniqueKey child;
-        if (OpenSubKey(top.key.Get(), name.data(), KEY_READ, child, values) == SubKeyOpening::kOpened) {
+        if (OpenSubKey(top.key.Get(), name.data(), KEY_READ, view, child, values) == SubKeyOpening::kOpened) {
           std::wstring childPath = top.path + L"\\" + name.data();
           stack.push_back({std::move(child), std::move(childPath), 0, {}});
         }
@@ -161,11 +162,12 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
   }
 }
 
-void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally) {
+void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally,
+                           REGSAM view) {
   const std::wstring where = std::wstring(RootPrefixOf(root)) + std::wstring(keyPath);
   LONG opened = ERROR_SUCCESS;
   if (selector != kWholeKey) {
-    const UniqueKey key = OpenKey(root, keyPath, KEY_SET_VALUE | KEY_QUERY_VALUE, &opened);
+    const UniqueKey key = OpenKey(root, keyPath, KEY_SET_VALUE | KEY_QUERY_VALUE, &opened, view);
     if (opened == ERROR_FILE_NOT_FOUND) {
       return;  // nothing there to erase
     }
@@ -180,7 +182,7 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     }
     return;
   }
-  UniqueKey key = OpenKey(root, keyPath, kEraseAccess, &opened);
+  UniqueKey key = OpenKey(root, keyPath, kEraseAccess, &opened, view);
   if (opened == ERROR_FILE_NOT_FOUND) {
     return;
   }
@@ -195,8 +197,8 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     const std::wstring parentPath(lastSlash == std::wstring_view::npos ? std::wstring_view()
                                                                        : keyPath.substr(0, lastSlash));
     const std::wstring ownName(lastSlash == std::wstring_view::npos ? keyPath : keyPath.substr(lastSlash + 1));
-    const UniqueKey parent = OpenKey(root, parentPath, KEY_QUERY_VALUE);
-    if (parent && DeleteLinkKey(parent.Get(), ownName.c_str())) {
+    const UniqueKey parent = OpenKey(root, parentPath, KEY_QUERY_VALUE, nullptr, view);
+    if (parent && DeleteLinkKey(parent.Get(), ownName.c_str(), view)) {
       tally.Erased(1, 0);
     } else {
       tally.EraseFailed(where);
@@ -224,7 +226,7 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     if (next == NextSubKey::kFound) {
       DWORD childValues = 0;
       UniqueKey child;
-      const SubKeyOpening opening = OpenSubKey(top.key.Get(), name.data(), kEraseAccess, child, childValues);
+      const SubKeyOpening opening = OpenSubKey(top.key.Get(), name.data(), kEraseAccess, view, child, childValues);
       const std::wstring childPath = top.path + L"\\" + name.data();
       switch (opening) {
         case SubKeyOpening::kOpened: {
@@ -234,7 +236,7 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
         }
         case SubKeyOpening::kLink:
           // A link goes by itself, its target untouched.
-          if (!DeleteLinkKey(top.key.Get(), name.data())) {
+          if (!DeleteLinkKey(top.key.Get(), name.data(), view)) {
             ++top.nextSubKey;
             tally.EraseFailed(std::wstring(RootPrefixOf(root)) + childPath);
           }
@@ -255,11 +257,11 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
     finished.key.Reset();
     bool deleted = false;
     if (stack.empty()) {
-      deleted = RegDeleteKeyExW(root, finished.path.c_str(), kRegistryView, 0) == ERROR_SUCCESS;
+      deleted = RegDeleteKeyExW(root, finished.path.c_str(), view, 0) == ERROR_SUCCESS;
     } else {
       // By name from the parent's open handle: the registry need not walk the path again.
       const std::wstring ownName = finished.path.substr(finished.path.find_last_of(L'\\') + 1);
-      deleted = RegDeleteKeyExW(stack.back().key.Get(), ownName.c_str(), kRegistryView, 0) == ERROR_SUCCESS;
+      deleted = RegDeleteKeyExW(stack.back().key.Get(), ownName.c_str(), view, 0) == ERROR_SUCCESS;
     }
     if (stack.empty()) {
       topKeyDeleted = deleted;

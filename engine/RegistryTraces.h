@@ -2,6 +2,7 @@
 // or one named value.
 #pragma once
 
+#include "engine/Registry.h"
 #include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
@@ -22,9 +23,10 @@ using RegistryTraceFound =
 
 // Reports every value of the key and of all its sub-keys (sub-keys first, each before the
 // values of its parent), or just the named value if it exists. Sub-keys themselves are
-// never reported. Registry links are not followed. Ends early on a stop request.
+// never reported. Registry links are not followed. Ends early on a stop request. `view`
+// is the registry view every key is opened in (the engine's own unless told).
 void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, const StopToken& stop,
-                          const RegistryTraceFound& found);
+                          const RegistryTraceFound& found, REGSAM view = kRegistryView);
 
 // Deletes the named value, or the whole key with everything below it. A whole key
 // reports the number of values deleted with it, and one when it held none, with the size
@@ -33,6 +35,7 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
 // touched. A missing key is nothing to erase; a key that is there but cannot be opened
 // for erasing, and a value (missing ones too) or key that cannot be deleted, each count
 // as a failure.
-void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally);
+void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally,
+                           REGSAM view = kRegistryView);
 
 }  // namespace lumenor

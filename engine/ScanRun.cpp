@@ -1,12 +1,15 @@
 #include "engine/ScanRun.h"
 
+#include "engine/RulePlan.h"
+
 namespace lumenor {
 
-ScanRun::ScanRun(const std::vector<const CMyObject*>& items) {
+ScanRun::ScanRun(const std::vector<const CMyObject*>& items, const rules::RuleBook* rules) {
   items_.reserve(items.size());
   for (const CMyObject* node : items) {
     Item& item = items_.emplace_back();
     item.node = node;
+    item.rule = rules != nullptr ? rules->Find(node->Id()) : nullptr;
     for (const CMyObject* level = node; level != nullptr && item.levels < 3; level = level->Parent()) {
       item.counters[item.levels++] = CounterOf(level);
     }

@@ -8,8 +8,10 @@
 // it does (they are atomic). Locations are read only after the worker has ended.
 #pragma once
 
+#include "browserdb/CookieKeepList.h"
 #include "catalogue/CMyObject.h"
 #include "catalogue/LocationRecord.h"
+#include "rules/RuleBook.h"
 
 #include <atomic>
 #include <cstdint>
@@ -19,12 +21,17 @@
 
 namespace lumenor {
 
+struct RulePlan;
+
 class ScanRun {
  public:
-  // One item of the run: the catalogue node and, once scanned, its locations.
+  // One item of the run: the catalogue node and, once scanned, its locations: the records
+  // of a fixed item, or the plan of a rule item (`rule` set) for this machine.
   struct Item {
     const CMyObject* node = nullptr;
     std::vector<LocationRecord> locations;
+    const rules::RuleBook::Entry* rule = nullptr;
+    std::shared_ptr<RulePlan> plan;
 
    private:
     friend class ScanRun;
@@ -34,8 +41,9 @@ class ScanRun {
   };
 
   // A run over `items` (catalogue items, in the order they are to be scanned), with
-  // counts of 0 for them and for every application and category above them.
-  explicit ScanRun(const std::vector<const CMyObject*>& items);
+  // counts of 0 for them and for every application and category above them. Items the
+  // rule book knows are rule items.
+  explicit ScanRun(const std::vector<const CMyObject*>& items, const rules::RuleBook* rules = nullptr);
   ScanRun(const ScanRun&) = delete;
   ScanRun& operator=(const ScanRun&) = delete;
 
@@ -57,6 +65,10 @@ class ScanRun {
   // How many items found at least one trace.
   int ItemsWithTraces() const;
 
+  // The cookies the run's database actions leave in place.
+  CookieKeepList& CookiesToKeep() { return cookiesToKeep_; }
+  const CookieKeepList& CookiesToKeep() const { return cookiesToKeep_; }
+
  private:
   struct Counter {
     std::atomic<int> count{0};
@@ -69,6 +81,7 @@ class ScanRun {
   std::unordered_map<const CMyObject*, size_t> slots_;
   std::unique_ptr<Counter[]> counters_;
   Counter total_;
+  CookieKeepList cookiesToKeep_;
 };
 
 }  // namespace lumenor

@@ -35,7 +35,7 @@ FileLocationPlan PlanFileLocation(const CMyObject& item, int index, const Locati
     plan.oneFileFolder = check.folder;
     return plan;
   }
-  plan.skipped = {&item, index, check.folder.empty() ? location.path : check.folder, check.verdict};
+  plan.skipped = {&item, index, check.folder.empty() ? location.path : check.folder, check.verdict, L""};
   return plan;
 }
 

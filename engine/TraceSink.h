@@ -20,14 +20,19 @@ struct FoundTrace {
   uint64_t bytes = 0;     // the file's size, or the size of the value's data
 };
 
-// A location of an item that was neither scanned nor erased because its folder failed
-// the folder rules.
+// A location of an item that was neither scanned nor erased: its folder failed the folder
+// rules, or (for rules) it is a protected key, a file no rule may delete, or its
+// application runs.
 struct SkippedLocation {
   const CMyObject* item = nullptr;
   int index = 0;          // the location's place in the item's list
   std::wstring location;  // the folder in canonical form, or as it came when it has none
   FolderVerdict reason = FolderVerdict::kAllowed;
+  std::wstring why;       // the words of a refusal other than the folder rules', when set
 };
+
+// The words a skip is reported with: its own, or the folder rule's.
+std::wstring SkipReason(const SkippedLocation& skipped);
 
 class TraceSink {
  public:

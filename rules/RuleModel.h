@@ -37,8 +37,8 @@ std::optional<Hive> HiveFromName(std::wstring_view name);
 
 // A key written as "HKCU\Software\..." split into its hive and its path below the hive
 // (no leading or trailing backslash). The path may be empty: the hive itself. In a
-// registry action or exclusion, a name of the path may hold `*` and `?`, each matched
-// against one sub-key name ("...\User MRU\*\File MRU").
+// registry action of our own rule files, a name of the path may hold `*` and `?`, each
+// matched against one sub-key name ("...\User MRU\*\File MRU").
 struct RegistryKey {
   Hive hive = Hive::kCurrentUser;
   std::wstring path;
@@ -74,6 +74,9 @@ struct RegistryAction {
   RegistryKey key;
   std::optional<std::wstring> value;
   bool allValues = false;
+  // Whether `*` and `?` in the key's names are wildcards (our rule files) or part of the
+  // name (winapp2.ini, where "HKCR\*" is the key named "*").
+  bool wildcards = false;
   SourcePosition where;
 };
 

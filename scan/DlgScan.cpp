@@ -104,7 +104,7 @@ class CDlgScan::PageReports final : public RunReports {
   void LocationSkipped(const SkippedLocation& skipped) override {
     std::wstring text = LoadResourceString(IDS_SCAN_SKIPPED);
     const size_t slot = text.find(L"%s");
-    if (slot != std::wstring::npos) text.replace(slot, 2, VerdictReason(skipped.reason));
+    if (slot != std::wstring::npos) text.replace(slot, 2, SkipReason(skipped));
     rows_.Add(controls::ListRow{{skipped.item->Name(), std::move(text), skipped.location}, kSkippedRowTag});
   }
   // The one-click erase runs without the progress dialog: nobody counts its deletions.

@@ -2,12 +2,26 @@
 
 #include "catalogue/Catalogue.h"
 #include "engine/Locations.h"
+#include "engine/RuleTraces.h"
+#include "engine/RunningPrograms.h"
 #include "engine/TraceEngine.h"
 #include "settings/Settings.h"
 
 #include <set>
 
 namespace lumenor {
+
+namespace {
+
+void EraseOne(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& guard, const RuleContext& context) {
+  if (item.rule != nullptr) {
+    EraseRuleItem(item, tally, context);
+  } else {
+    EraseItem(item, tally, guard);
+  }
+}
+
+}  // namespace
 
 std::vector<CMyObject*> ItemsInCatalogueOrder(CMyObject* root, const std::vector<unsigned>& ids) {
   const std::set<unsigned> wanted(ids.begin(), ids.end());
@@ -18,9 +32,10 @@ std::vector<CMyObject*> ItemsInCatalogueOrder(CMyObject* root, const std::vector
   return items;
 }
 
-std::unique_ptr<ScanRun> MakeScanRun(CMyObject* root, const std::vector<unsigned>& tickedIds) {
+std::unique_ptr<ScanRun> MakeScanRun(CMyObject* root, const std::vector<unsigned>& tickedIds,
+                                     const rules::RuleBook* rules) {
   const std::vector<CMyObject*> items = ItemsInCatalogueOrder(root, tickedIds);
-  return std::make_unique<ScanRun>(std::vector<const CMyObject*>(items.begin(), items.end()));
+  return std::make_unique<ScanRun>(std::vector<const CMyObject*>(items.begin(), items.end()), rules);
 }
 
 void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
@@ -32,10 +47,16 @@ void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, co
     // A selection that could not be saved changes nothing about this scan.
     (void)WriteSelection(*recentTo, Selection::kRecent, ids);
   }
+  const RunningPrograms running = RunningPrograms::Now();
+  const RuleContext context{MachinePaths(), guard, running, run.CookiesToKeep()};
   std::vector<ScanRun::Item>& items = run.Items();
   for (size_t index = 0; index < items.size(); ++index) {
-    items[index].locations = FixedItemLocations(items[index].node->Id());
-    ScanItem(run, items[index], reports, stop, guard);
+    if (items[index].rule != nullptr) {
+      ScanRuleItem(run, items[index], reports, context, stop);
+    } else {
+      items[index].locations = FixedItemLocations(items[index].node->Id());
+      ScanItem(run, items[index], reports, stop, guard);
+    }
     if (stop.StopRequested()) {
       run.KeepFirst(index + 1);
       break;
@@ -45,8 +66,10 @@ void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, co
 }
 
 void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard) {
+  const RunningPrograms running = RunningPrograms::Now();
+  const RuleContext context{MachinePaths(), guard, running, run.CookiesToKeep()};
   for (const ScanRun::Item& item : run.Items()) {
-    if (run.FoundCount(*item.node) > 0) EraseItem(item, tally, guard);
+    if (run.FoundCount(*item.node) > 0) EraseOne(item, tally, guard, context);
   }
 }
 
@@ -59,7 +82,9 @@ void RunOneClickErase(ScanRun& run, const CIniFileRW* recentTo, RunReports& repo
                       const FolderGuard& guard) {
   ScanItems(run, recentTo, reports, stop, guard);
   reports.StageReached(RunStage::kEraseStarted);
-  for (const ScanRun::Item& item : run.Items()) EraseItem(item, reports, guard);
+  const RunningPrograms running = RunningPrograms::Now();
+  const RuleContext context{MachinePaths(), guard, running, run.CookiesToKeep()};
+  for (const ScanRun::Item& item : run.Items()) EraseOne(item, reports, guard, context);
   reports.StageReached(RunStage::kEraseFinished);
 }
 

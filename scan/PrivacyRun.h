@@ -36,8 +36,9 @@ std::vector<CMyObject*> ItemsInCatalogueOrder(CMyObject* root, const std::vector
 
 // A run over the ticked ids' items, in catalogue order, with nothing found yet. It is
 // made before its scan starts, so that a page can show its counts while a worker raises
-// them.
-std::unique_ptr<ScanRun> MakeScanRun(CMyObject* root, const std::vector<unsigned>& tickedIds);
+// them. Items the rule book knows are scanned and erased by their rules.
+std::unique_ptr<ScanRun> MakeScanRun(CMyObject* root, const std::vector<unsigned>& tickedIds,
+                                     const rules::RuleBook* rules = nullptr);
 
 // The scan of a run: its ids saved as the recent selection (when `recentTo` is given),
 // then each item's locations filled and scanned in order. A stop request ends the scan
