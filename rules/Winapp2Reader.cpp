@@ -20,8 +20,12 @@ using winapp2::Trimmed;
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr wchar_t kDefaultGroup[] = L"Applications";
 
-bool IsAscii(std::string_view bytes) {
-  return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+// ASCII without NUL: such a line needs no decoding.
+bool IsPlainAscii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte != 0 && byte < 0x80;
+  });
 }
 
 // Strict UTF-8: no overlong forms, no surrogates, nothing beyond U+10FFFF, and no NUL,
@@ -65,13 +69,13 @@ bool IsValidUtf8(std::string_view bytes) {
 // every other byte, so its '[', '=' and '|' stay where they were and it can be reported
 // for what it is.
 std::wstring LineText(std::string_view raw, bool& valid) {
-  const bool ascii = IsAscii(raw);
+  const bool ascii = IsPlainAscii(raw);
   valid = ascii || IsValidUtf8(raw);
   if (valid && !ascii) return FromUtf8(raw);
   std::wstring text(raw.size(), L'\0');
   std::transform(raw.begin(), raw.end(), text.begin(), [](char c) {
     const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x80 ? static_cast<wchar_t>(byte) : static_cast<wchar_t>(0xFFFD);
+    return byte != 0 && byte < 0x80 ? static_cast<wchar_t>(byte) : static_cast<wchar_t>(0xFFFD);
   });
   return text;
 }
@@ -333,6 +337,8 @@ class Reader {
       if (name.size() >= 2 && name.back() == L'*' &&
           (name[name.size() - 2] == L' ' || name[name.size() - 2] == L'\t')) {
         name = Trimmed(name.substr(0, name.size() - 1));
+      } else if (name == L"*") {
+        name = {};
       }
     }
     if (name.empty() || !valid) {
