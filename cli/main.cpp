@@ -5,6 +5,7 @@
 #include "cli/ConsoleOutput.h"
 #include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
+#include "cli/RulesCommand.h"
 #include "cli/ShredCommand.h"
 #include "cli/TraceCommand.h"
 #include "cli/UpdateCommand.h"
@@ -26,6 +27,10 @@ constexpr wchar_t kUsage[] =
     L"  scan [SELECTION] [--json]     print every trace the selected items find\n"
     L"  erase [SELECTION] [--json]    scan, then erase every item that found traces\n"
     L"  update-check [--json]         ask the maker's site whether a newer version exists\n"
+    L"  rules update [--url URL] [--json]\n"
+    L"                                download the community's winapp2.ini (from URL, or\n"
+    L"                                the address in setting.ini) and put it beside the\n"
+    L"                                program if it arrived whole and holds rules\n"
     L"  --version                     print the program's version\n"
     L"  shred [--method quick|safe|thorough] [--json] PATH...\n"
     L"                                overwrite (1, 3 or 7 passes; quick by default) and\n"
@@ -38,7 +43,8 @@ constexpr wchar_t kUsage[] =
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
     L"  --one-click         the one-click list   --all        every item\n"
-    L"Exit status: 0 done, 1 a deletion failed or a file was not shredded, 2 usage error\n"
+    L"Exit status: 0 done, 1 a deletion failed, a file was not shredded or the old rules\n"
+    L"were kept, 2 usage error\n"
     L"(for shred also a relative path or a protected folder; nothing is touched then).\n";
 
 int UsageError(std::wstring_view problem) {
@@ -69,6 +75,22 @@ int wmain(int argc, wchar_t** argv) {
       return UsageError(L"unexpected argument: " + arguments.front());
     }
     return lumenor::RunUpdateCheck(json, out);
+  }
+  if (command == L"rules") {
+    // Sub-commands, each with its own arguments.
+    if (arguments.empty()) {
+      return UsageError(L"rules: no sub-command given");
+    }
+    const std::vector<std::wstring> rest(arguments.begin() + 1, arguments.end());
+    if (arguments.front() == L"update") {
+      std::wstring problem;
+      const auto options = lumenor::ParseRulesUpdateOptions(rest, problem);
+      if (!options) {
+        return UsageError(problem);
+      }
+      return lumenor::RunRulesUpdate(*options, out);
+    }
+    return UsageError(L"rules: unknown sub-command: " + arguments.front());
   }
   if (command == L"list") {
     if (!arguments.empty()) {

@@ -129,8 +129,9 @@ Function un.onInit
   Call un.WaitForProgramClosed
 FunctionEnd
 
-; Removes exactly what setup put in place and the program's log-on value, and asks
-; about the settings; nothing else of the user's is touched.
+; Removes exactly what setup put in place, the community rules the program downloaded
+; and the program's log-on value, and asks about the settings; nothing else of the user's
+; is touched.
 Section "Uninstall"
   StrCpy $0 "remove"
   MessageBox MB_YESNO|MB_ICONQUESTION \
@@ -145,6 +146,11 @@ Section "Uninstall"
   ${If} $0 == "remove"
     Delete "$INSTDIR\setting.ini"
   ${EndIf}
+  ; The community rules that "lumenor-cli rules update" or the settings page downloaded
+  ; (setup never ships them), and a download cut short. The user's own "rules" folder stays,
+  ; as the settings do.
+  Delete "$INSTDIR\winapp2.ini"
+  Delete "$INSTDIR\winapp2.ini.download"
   ; Only when empty: the kept settings, or anything the user put there, stay.
   RMDir "$INSTDIR"
 

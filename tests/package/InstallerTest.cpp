@@ -35,6 +35,8 @@ constexpr wchar_t kUninstallKey[] = L"Software\\Microsoft\\Windows\\CurrentVersi
 constexpr wchar_t kRunKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr const wchar_t* kInstalledFiles[] = {L"lumenor.exe", L"lumenor-cli.exe", L"README.txt", L"LICENSE",
                                               L"uninstall.exe"};
+constexpr char kCommunityRules[] = "[Downloaded *]\r\nLangSecRef=3021\r\nRegKey1=HKCU\\Software\\Downloaded\r\n";
+constexpr char kOwnRules[] = "<rules/>\r\n";
 constexpr char kEditedSettings[] = "[General Settings]\r\nRun at windows startup=0\r\nAutomaticly update=0\r\n";
 
 bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
@@ -75,6 +77,9 @@ class Setup : public ::testing::Test {
   void RemoveAnyInstall() const {
     for (const wchar_t* name : kInstalledFiles) (void)DeleteFileW(Installed(name).c_str());  // most are absent
     (void)DeleteFileW(Installed(L"setting.ini").c_str());
+    (void)DeleteFileW(Installed(L"winapp2.ini").c_str());
+    (void)DeleteFileW(Installed(L"rules\\mine.xml").c_str());
+    (void)RemoveDirectoryW(Installed(L"rules").c_str());
     (void)RemoveDirectoryW(installDir_.c_str());
     (void)DeleteFileW(startMenuShortcut_.c_str());
     (void)DeleteFileW(desktopShortcut_.c_str());
@@ -112,6 +117,7 @@ TEST_F(Setup, SilentInstallPutsProgramsShortcutAndUninstallEntryInPlace) {
   }
   // The program writes its settings on first start; setup has no business with them.
   EXPECT_FALSE(Exists(Installed(L"setting.ini")));
+  EXPECT_FALSE(Exists(Installed(L"winapp2.ini"))) << "the community rules are downloaded, never shipped";
 
   const HKEY user = HKEY_CURRENT_USER;
   const std::wstring uninstaller = L"\"" + Installed(L"uninstall.exe") + L"\"";
@@ -155,7 +161,7 @@ TEST_F(Setup, SilentInstallOverAnInstalledCopyKeepsSettingsAndDesktopShortcut) {
   EXPECT_EQ(listing.out, ExpectedListing());
 }
 
-TEST_F(Setup, SilentUninstallRemovesWhatSetupAddedAndTheLogOnValueButKeepsSettings) {
+TEST_F(Setup, SilentUninstallRemovesWhatSetupAndTheProgramAddedButKeepsSettingsAndOwnRules) {
   // A neighbour in each key that the uninstall works in.
   constexpr wchar_t kNeighbourKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\LumenorTestNeighbour";
   constexpr wchar_t kNeighbourData[] = L"C:\\neighbour\\neighbour.exe";
@@ -178,6 +184,10 @@ TEST_F(Setup, SilentUninstallRemovesWhatSetupAddedAndTheLogOnValueButKeepsSettin
   ASSERT_EQ(RunSetup(L"/S /DESKTOPSHORTCUT").exitCode, 0u);
   ASSERT_TRUE(Exists(desktopShortcut_));
   ASSERT_TRUE(testing::WriteFileBytes(Installed(L"setting.ini"), kEditedSettings));
+  // What the program adds beside itself: downloaded community rules, and the user's own.
+  ASSERT_TRUE(testing::WriteFileBytes(Installed(L"winapp2.ini"), kCommunityRules));
+  ASSERT_TRUE(CreateDirectoryW(Installed(L"rules").c_str(), nullptr));
+  ASSERT_TRUE(testing::WriteFileBytes(Installed(L"rules\\mine.xml"), kOwnRules));
   const std::wstring logOn = Installed(L"lumenor.exe") + L" -A";
   ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kRunKey, L"Lumenor", REG_SZ, logOn.c_str(),
                             static_cast<DWORD>((logOn.size() + 1) * sizeof(wchar_t))),
@@ -191,6 +201,8 @@ TEST_F(Setup, SilentUninstallRemovesWhatSetupAddedAndTheLogOnValueButKeepsSettin
     EXPECT_FALSE(Exists(Installed(name))) << ToUtf8(name);
   }
   EXPECT_EQ(testing::ReadFileBytes(Installed(L"setting.ini")), kEditedSettings);
+  EXPECT_FALSE(Exists(Installed(L"winapp2.ini")));
+  EXPECT_EQ(testing::ReadFileBytes(Installed(L"rules\\mine.xml")), kOwnRules);
   EXPECT_FALSE(Exists(startMenuShortcut_));
   EXPECT_FALSE(Exists(desktopShortcut_));
   EXPECT_FALSE(testing::KeyExists(HKEY_CURRENT_USER, kUninstallKey));
@@ -199,6 +211,8 @@ TEST_F(Setup, SilentUninstallRemovesWhatSetupAddedAndTheLogOnValueButKeepsSettin
   std::vector<std::wstring> keptFiles;
   if (!filesBefore.contains(programs_)) keptFiles.push_back(L"+ " + programs_);
   keptFiles.push_back(L"+ " + installDir_);
+  keptFiles.push_back(L"+ " + Installed(L"rules"));
+  keptFiles.push_back(L"+ " + Installed(L"rules\\mine.xml"));
   keptFiles.push_back(L"+ " + Installed(L"setting.ini"));
   EXPECT_EQ(testing::Differences(filesBefore, testing::FolderPicture(profile, skipped)), keptFiles);
   EXPECT_EQ(testing::Differences(registryBefore, testing::RegistryPicture(HKEY_CURRENT_USER, L"")),

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks the portable zips and the checksums in build/package/ (scripts/package.sh):
 # the four files named for the version in res/version.h, each zip holding exactly the two
-# programs, README.txt and LICENSE, the programs built for the zip's architecture and
+# programs, README.txt and LICENSE (never a winapp2.ini), the programs built for the zip's architecture and
 # carrying the application manifest, the texts with Windows line ends.
 #   check-package-files.sh
 set -euo pipefail
@@ -40,6 +40,9 @@ for zip in "${zips[@]}"; do
     *-x64.zip) machine=8664 tools=x86_64 ;;
     *-x86.zip) machine=014c tools=i686 ;;
   esac
+  # The community rules are the Winapp2 project's, under their own licence: a user
+  # downloads them, no package holds them.
+  if unzip -Z1 "$out/$zip" | grep -qi 'winapp2'; then fail "$zip holds a winapp2.ini"; fi
   entries=$(unzip -Z1 "$out/$zip" | sort | tr '\n' ' ')
   [ "$entries" = "LICENSE README.txt lumenor-cli.exe lumenor.exe " ] || fail "$zip holds: $entries"
   dir="$unpacked/${zip%.zip}"

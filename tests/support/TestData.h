@@ -8,6 +8,9 @@
 #define IDR_EXPECTED_LOCATIONS 9002
 // The junk mask catalogue in order: row, mask, description, "default" or "-".
 #define IDR_EXPECTED_JUNK_MASKS 9003
+// The community's winapp2.ini (version 260730), in rules_tests only, when the build found
+// a copy (tests/CMakeLists.txt).
+#define IDR_WINAPP2_REAL_FILE 9004
 
 #ifndef RC_INVOKED
 #include <string>
