@@ -1,19 +1,45 @@
 // The privacy item catalogue: the fixed tree of categories, applications and items that
-// every page and the trace engine work on. Start-up builds the process-wide tree once;
-// exit frees it.
+// every page and the trace engine work on, followed by the categories of the rules
+// (built-in, the user's own, the community's) with the applications and items found on
+// this machine. Start-up builds the process-wide tree once; exit frees it.
 #pragma once
 
 #include "catalogue/CMyObject.h"
+#include "rules/RuleBook.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 namespace lumenor {
 
+// Pictures of the rules' categories, after the fixed catalogue's 37; the applications
+// and items of a rule category show its picture.
+enum RulePicture : int {
+  kPictureBrowsersToday = 37,
+  kPictureWindowsToday = 38,
+  kPictureApplicationsToday = 39,
+  kPictureCommunityRules = 40,
+  kPictureOwnRules = 41,
+};
+
 class CCatalogue {
  public:
-  // Makes every node of the catalogue, names loaded from the string table.
+  // Which rule items the catalogue shows: those that apply on this machine.
+  using RuleShown = std::function<bool(const rules::RuleBook::Entry& entry)>;
+
+  // Makes every node of the fixed catalogue, names loaded from the string table.
   static CCatalogue Build();
+  // The fixed catalogue, then the rules' categories with every item `shown` accepts
+  // (built-in categories first, then the user's, then "Community Rules"). The catalogue
+  // keeps the book.
+  static CCatalogue Build(std::unique_ptr<rules::RuleBook> rules, const RuleShown& shown);
+
+  // The rules behind the rule items; null when there are none.
+  const rules::RuleBook* Rules() const { return rules_.get(); }
+  // The community file's entries, and how many of them show.
+  int CommunityEntries() const { return communityEntries_; }
+  int CommunityShown() const { return communityShown_; }
 
   CCatalogue() = default;
   CCatalogue(CCatalogue&&) = default;
@@ -22,10 +48,18 @@ class CCatalogue {
   // The first category; the others follow through the forward link.
   CMyObject* Root() const { return categories_.empty() ? nullptr : categories_.front().get(); }
   bool Empty() const { return categories_.empty(); }
-  void Clear() { categories_.clear(); }
+  void Clear() {
+    categories_.clear();
+    rules_.reset();
+  }
 
  private:
+  void AddRuleCategories(const RuleShown& shown);
+
   std::vector<std::unique_ptr<CMyObject>> categories_;
+  std::unique_ptr<rules::RuleBook> rules_;
+  int communityEntries_ = 0;
+  int communityShown_ = 0;
 };
 
 // A node made for the catalogue: id (and name), level, image and parent set, not linked.
@@ -52,7 +86,9 @@ CMyObject* FindNodeById(CMyObject* root, unsigned id);
 
 // The process-wide catalogue.
 void BuildCatalogue();
+void BuildCatalogue(std::unique_ptr<rules::RuleBook> rules, const CCatalogue::RuleShown& shown);
 void FreeCatalogue();
 CMyObject* CatalogueRoot();
+const CCatalogue& ProcessCatalogue();
 
 }  // namespace lumenor

@@ -202,3 +202,6 @@
 #define IDD_ONE_CLICK_ITEMS 140
 #define IDC_ONE_CLICK_SELECT_NONE 3
 #define IDC_ONE_CLICK_TREE 10010
+
+// The built-in cleaning rules: a rule file compiled in (res/rules/builtin_rules.xml).
+#define IDR_BUILTIN_RULES 8000
