@@ -188,6 +188,9 @@
 #define IDS_SELECT_ALL_WARNING 4409
 #define IDS_SCAN_SKIPPED 4410
 #define IDS_SCAN_SUMMARY 4411
+#define IDS_RULE_WARNING_CAPTION 4412
+#define IDS_COMMUNITY_NOTE 4413
+#define IDS_RULE_PROBLEMS 4414
 
 // Settings page and update check.
 #define IDS_OPTIONS_DAY_FIRST 4500  // "Day", then "Sunday" to "Saturday": 4500 to 4507

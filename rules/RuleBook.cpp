@@ -33,6 +33,14 @@ const RuleBook::Entry* RuleBook::Find(unsigned id) const {
   return found == byId_.end() ? nullptr : &entries_[found->second];
 }
 
+std::vector<unsigned> RuleBook::BuiltInDefaults() const {
+  std::vector<unsigned> ids;
+  for (const Entry& entry : entries_) {
+    if (entry.origin == RuleOrigin::kBuiltIn && entry.item->tickedByDefault) ids.push_back(entry.item->id);
+  }
+  return ids;
+}
+
 std::vector<Problem> RuleBook::Problems() const {
   std::vector<Problem> all;
   for (const auto& set : sets_) all.insert(all.end(), set->problems.begin(), set->problems.end());

@@ -37,6 +37,9 @@ class RuleBook {
   const std::vector<Entry>& Entries() const { return entries_; }
   // Problems of every set, and those the book found.
   std::vector<Problem> Problems() const;
+  // The built-in items ticked by default, in book order. Items of other origins are never
+  // ticked unless the user ticks them.
+  std::vector<unsigned> BuiltInDefaults() const;
 
  private:
   std::vector<std::unique_ptr<RuleSet>> sets_;

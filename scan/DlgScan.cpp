@@ -10,6 +10,7 @@
 #include "res/artwork_ids.h"
 #include "res/resource.h"
 #include "scan/DlgScanResult.h"
+#include "scan/ItemWarnings.h"
 #include "scan/ScanState.h"
 
 #include <commctrl.h>
@@ -153,6 +154,7 @@ bool CDlgScan::OnInit() {
   selection_.RestoreScanSelection(settings_);
   tree_.RefreshChecks();
   LayOut();
+  ShowSummary();
   animation_.Stop();
   tasks_.Bind(window_);
   return true;
@@ -173,9 +175,14 @@ void CDlgScan::MakeButtons() {
 
 void CDlgScan::FillTree() {
   selection_ = ItemSelection::FromCatalogue(CatalogueRoot());
+  const rules::RuleBook* rules = ProcessCatalogue().Rules();
+  if (rules != nullptr) selection_.SetRuleDefaults(rules->BuiltInDefaults());
   std::vector<const CMyObject*> nodes;
   ForEachNode(CatalogueRoot(), [&](const CMyObject& node) { nodes.push_back(&node); });
   tree_.Fill(selection_, std::move(nodes));
+  tree_.confirmTicks = [this, rules](const std::vector<unsigned>& ticked) {
+    return ConfirmWarnings(window_, ask_, rules, ticked);
+  };
 }
 
 void CDlgScan::LayOut() {
@@ -242,9 +249,15 @@ uint64_t CDlgScan::BytesFound() const {
 
 void CDlgScan::ShowSummary() {
   std::wstring text;
+  const CCatalogue& catalogue = ProcessCatalogue();
   if (run_) {
     text = FillPlaceholders(LoadResourceString(IDS_SCAN_SUMMARY),
                             {std::to_wstring(foundCount_), FormatByteSize(BytesFound())});
+  } else if (catalogue.CommunityEntries() > 0) {
+    // Before a scan the line tells what the community file holds beyond what shows.
+    text = FillPlaceholders(LoadResourceString(IDS_COMMUNITY_NOTE),
+                            {std::to_wstring(catalogue.CommunityShown()),
+                             std::to_wstring(catalogue.CommunityEntries() - catalogue.CommunityShown())});
   }
   (void)::SetDlgItemTextW(window_, IDC_SCAN_SUMMARY, text.c_str());  // a page without the line shows no total
 }
@@ -305,7 +318,8 @@ void CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopTo
 void CDlgScan::StartRun(std::function<void(ScanRun& run, PageReports& reports, const StopToken& stop)> work) {
   // The run of the ticked items is made here, before the worker fills it, so the tree can
   // show its counts from the first trace on.
-  run_ = MakeScanRun(CatalogueRoot(), selection_.TickedItems());
+  run_ = MakeScanRun(CatalogueRoot(), selection_.TickedItems(), ProcessCatalogue().Rules());
+  for (const std::wstring& domain : ReadCookiesToKeep(settings_)) (void)run_->CookiesToKeep().Add(domain);
   tree_.ShowRun(run_.get());
   ShowSummary();
   StartWorker([run = run_, work = std::move(work)](PageReports& reports, const StopToken& stop) {

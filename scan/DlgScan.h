@@ -12,6 +12,7 @@
 #include "controls/MyListCtrl.h"
 #include "controls/NButtonEx.h"
 #include "controls/UiTasks.h"
+#include "controls/UserPrompt.h"
 #include "engine/FolderSafety.h"
 #include "scan/ItemSelection.h"
 #include "scan/MyTreeCtrl.h"
@@ -56,6 +57,8 @@ class CDlgScan : public controls::CDialog {
 
   void SetStatusSink(StatusSink sink) { statusSink_ = std::move(sink); }
   void SetSelectAllConfirmation(Confirmation confirm) { confirmSelectAll_ = std::move(confirm); }
+  // How the page asks about the warnings of the items the user ticks.
+  void SetMessageBox(MessageBoxFunction ask) { ask_ = std::move(ask); }
   void SetRestart(RestartMachine restart) { restart_ = std::move(restart); }
   void SetEraseDialogRunner(EraseDialogRunner runner) { runEraseDialog_ = std::move(runner); }
   // The settings file the page reads and writes; "setting.ini" beside the program unless
@@ -121,6 +124,7 @@ class CDlgScan : public controls::CDialog {
 
   StatusSink statusSink_;
   Confirmation confirmSelectAll_;
+  MessageBoxFunction ask_ = SystemMessageBox;
   RestartMachine restart_ = RestartWindowsNow;
   EraseDialogRunner runEraseDialog_;
 };

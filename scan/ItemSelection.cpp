@@ -107,6 +107,27 @@ void ItemSelection::UpdateAncestors(int row) {
 
 void ItemSelection::Click(int row) { SetState(row, State(row) == kTicked ? kUnticked : kTicked); }
 
+std::vector<int> ItemSelection::States() const {
+  std::vector<int> states;
+  states.reserve(rows_.size());
+  for (const Row& row : rows_) states.push_back(row.state);
+  return states;
+}
+
+void ItemSelection::RestoreStates(const std::vector<int>& states) {
+  for (size_t row = 0; row < rows_.size() && row < states.size(); ++row) rows_[row].state = states[row];
+}
+
+std::vector<unsigned> ItemSelection::TickedSince(const std::vector<int>& before) const {
+  std::vector<unsigned> ids;
+  for (size_t row = 0; row < rows_.size() && row < before.size(); ++row) {
+    if (rows_[row].level == CMyObject::kItem && rows_[row].state == kTicked && before[row] != kTicked) {
+      ids.push_back(rows_[row].id);
+    }
+  }
+  return ids;
+}
+
 bool ItemSelection::TickById(unsigned id) {
   const int row = RowOf(id);
   if (row < 0) return false;
@@ -143,10 +164,14 @@ void ItemSelection::SelectDefault(bool busy, const CIniFileRW& settings) {
   if (busy) return;
   UntickAll();
   for (const unsigned id : ReadSelection(settings, Selection::kDefault)) (void)TickById(id);
+  for (const unsigned id : ruleDefaults_) (void)TickById(id);
 }
 
 void ItemSelection::RestoreScanSelection(const CIniFileRW& settings) {
   for (const unsigned id : ReadScanSelection(settings)) (void)TickById(id);
+  if (settings.ReadInt(L"RecentItem", L"RecentItems") == kNoListSaved) {
+    for (const unsigned id : ruleDefaults_) (void)TickById(id);
+  }
 }
 
 void ItemSelection::LoadOneClickSelection(const CIniFileRW& settings) {

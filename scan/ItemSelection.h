@@ -42,6 +42,11 @@ class ItemSelection {
   void SetState(int row, int state);
   // A press on a row's box: ticked becomes unticked, anything else ticked.
   void Click(int row);
+  // Every row's state, to be put back as it was.
+  std::vector<int> States() const;
+  void RestoreStates(const std::vector<int>& states);
+  // The ids of the items ticked now that were not ticked in `before`.
+  std::vector<unsigned> TickedSince(const std::vector<int>& before) const;
   // Ticks the first row with `id`; false when there is none.
   bool TickById(unsigned id);
   void TickAll();
@@ -54,10 +59,15 @@ class ItemSelection {
   // first (`confirm` shows the warning) and goes ahead unless the answer is no.
   void SelectAll(bool busy, const std::function<bool()>& confirm);
   void SelectNone(bool busy);
-  // Unticks everything, then ticks the default list of the settings file.
+  // The built-in rule items ticked by default: a list of their own beside the default
+  // list of the settings file, ticked with it.
+  void SetRuleDefaults(std::vector<unsigned> ids) { ruleDefaults_ = std::move(ids); }
+
+  // Unticks everything, then ticks the default list of the settings file and the rule
+  // defaults.
   void SelectDefault(bool busy, const CIniFileRW& settings);
 
-  // The scan page's selection at start: the recent list, or the default one while the
+  // The scan page's selection at start: the recent list, or the default ones while the
   // file holds no recent list yet ("RecentItems" -1).
   void RestoreScanSelection(const CIniFileRW& settings);
   // The one-click dialog's selection at start: the one-click list, or the default one
@@ -73,6 +83,7 @@ class ItemSelection {
 
   std::vector<Row> rows_;
   std::vector<int> categories_;
+  std::vector<unsigned> ruleDefaults_;
 };
 
 }  // namespace lumenor

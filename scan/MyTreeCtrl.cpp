@@ -106,7 +106,12 @@ void CMyTreeCtrl::ClickBox(int row) {
   if (selection_ == nullptr || row < 0) {
     return;
   }
+  const std::vector<int> before = selection_->States();
   selection_->Click(row);
+  if (confirmTicks) {
+    const std::vector<unsigned> ticked = selection_->TickedSince(before);
+    if (!ticked.empty() && !confirmTicks(ticked)) selection_->RestoreStates(before);
+  }
   RefreshChecks();
   if (onChecksChanged) {
     onChecksChanged();

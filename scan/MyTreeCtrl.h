@@ -38,6 +38,8 @@ class CMyTreeCtrl : public controls::CControl {
   void RefreshChecks();
   // Called after the user changed a box.
   std::function<void()> onChecksChanged;
+  // Asked when a press ticks items (their ids); false puts every box back as it was.
+  std::function<bool(const std::vector<unsigned>& ticked)> confirmTicks;
 
   // Scan progress, on the window's thread.
   void ResetScanStates();
