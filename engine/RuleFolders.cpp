@@ -216,6 +216,11 @@ RuleFolders FindRuleFolders(std::wstring_view text, const SystemPaths& paths, co
 
 bool RulePathExists(std::wstring_view text, const SystemPaths& paths) {
   for (const ExpandedText& expanded : ExpandVariables(text, paths)) {
+    // Without a wildcard one look settles it; nothing is entered, so links do not matter.
+    if (!rules::HasWildcard(expanded.text)) {
+      if (AttributesOf(expanded.text) != INVALID_FILE_ATTRIBUTES) return true;
+      continue;
+    }
     std::wstring_view whole = expanded.text;
     while (whole.size() > 3 && whole.back() == L'\\') whole.remove_suffix(1);
     const size_t slash = whole.find_last_of(L'\\');

@@ -102,4 +102,16 @@ const SystemPaths& MachinePaths() {
   return paths;
 }
 
+std::optional<std::wstring> RememberedPaths::ShellFolder(int csidl) const {
+  const auto known = shellFolders_.find(csidl);
+  if (known != shellFolders_.end()) return known->second;
+  return shellFolders_.emplace(csidl, source_.ShellFolder(csidl)).first->second;
+}
+
+std::optional<std::wstring> RememberedPaths::EnvironmentVariable(const wchar_t* name) const {
+  const auto known = variables_.find(name);
+  if (known != variables_.end()) return known->second;
+  return variables_.emplace(name, source_.EnvironmentVariable(name)).first->second;
+}
+
 }  // namespace lumenor

@@ -48,7 +48,8 @@ void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, co
     (void)WriteSelection(*recentTo, Selection::kRecent, ids);
   }
   const RunningPrograms running = RunningPrograms::Now();
-  const RuleContext context{MachinePaths(), guard, running, run.CookiesToKeep()};
+  const RememberedPaths paths(MachinePaths());
+  const RuleContext context{paths, guard, running, run.CookiesToKeep()};
   std::vector<ScanRun::Item>& items = run.Items();
   for (size_t index = 0; index < items.size(); ++index) {
     if (items[index].rule != nullptr) {
@@ -67,7 +68,8 @@ void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, co
 
 void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard) {
   const RunningPrograms running = RunningPrograms::Now();
-  const RuleContext context{MachinePaths(), guard, running, run.CookiesToKeep()};
+  const RememberedPaths paths(MachinePaths());
+  const RuleContext context{paths, guard, running, run.CookiesToKeep()};
   for (const ScanRun::Item& item : run.Items()) {
     if (run.FoundCount(*item.node) > 0) EraseOne(item, tally, guard, context);
   }
@@ -83,7 +85,8 @@ void RunOneClickErase(ScanRun& run, const CIniFileRW* recentTo, RunReports& repo
   ScanItems(run, recentTo, reports, stop, guard);
   reports.StageReached(RunStage::kEraseStarted);
   const RunningPrograms running = RunningPrograms::Now();
-  const RuleContext context{MachinePaths(), guard, running, run.CookiesToKeep()};
+  const RememberedPaths paths(MachinePaths());
+  const RuleContext context{paths, guard, running, run.CookiesToKeep()};
   for (const ScanRun::Item& item : run.Items()) EraseOne(item, reports, guard, context);
   reports.StageReached(RunStage::kEraseFinished);
 }

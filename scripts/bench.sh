@@ -8,7 +8,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/install-deps.sh"
-"$root/scripts/build.sh" x86_64 lumenor-engine-bench lumenor-junk-bench lumenor-scan-page-bench lumenor-shred-bench \
+"$root/scripts/build.sh" x86_64 lumenor-engine-bench lumenor-junk-bench lumenor-scan-page-bench lumenor-shred-bench lumenor-rules-bench \
   lumenor-browserdb-bench lumenor-bench lumenor lumenor-cli >/dev/null
 "$root/tools/wine/run-in-prefix.sh" "$root/build/x86_64/bench-prefix" \
   "$root/build/x86_64/bin/lumenor-engine-bench.exe" "$@"
@@ -18,6 +18,8 @@ xvfb-run -a -s "-screen 0 1280x1024x24" "$root/tools/wine/run-in-prefix.sh" "$ro
   "$root/build/x86_64/bin/lumenor-scan-page-bench.exe"
 "$root/tools/wine/run-in-prefix.sh" "$root/build/x86_64/bench-prefix" \
   "$root/build/x86_64/bin/lumenor-shred-bench.exe"
+"$root/tools/wine/run-in-prefix.sh" "$root/build/x86_64/bench-prefix" \
+  "$root/build/x86_64/bin/lumenor-rules-bench.exe"
 "$root/tools/wine/run-in-prefix.sh" "$root/build/x86_64/bench-prefix" \
   "$root/build/x86_64/bin/lumenor-browserdb-bench.exe"
 "$root/tools/bench.sh" 5
