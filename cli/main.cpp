@@ -5,6 +5,7 @@
 #include "cli/ConsoleOutput.h"
 #include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
+#include "cli/RulesCheckCommand.h"
 #include "cli/ShredCommand.h"
 #include "cli/TraceCommand.h"
 #include "cli/UpdateCommand.h"
@@ -26,6 +27,8 @@ constexpr wchar_t kUsage[] =
     L"  scan [SELECTION] [--json]     print every trace the selected items find\n"
     L"  erase [SELECTION] [--json]    scan, then erase every item that found traces\n"
     L"  update-check [--json]         ask the maker's site whether a newer version exists\n"
+    L"  rules check FILE [--json]     read a rule file as the program would and print every\n"
+    L"                                problem with its line and column\n"
     L"  --version                     print the program's version\n"
     L"  shred [--method quick|safe|thorough] [--json] PATH...\n"
     L"                                overwrite (1, 3 or 7 passes; quick by default) and\n"
@@ -38,8 +41,9 @@ constexpr wchar_t kUsage[] =
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
     L"  --one-click         the one-click list   --all        every item\n"
-    L"Exit status: 0 done, 1 a deletion failed or a file was not shredded, 2 usage error\n"
-    L"(for shred also a relative path or a protected folder; nothing is touched then).\n";
+    L"Exit status: 0 done, 1 a deletion failed, a file was not shredded or a rule file has\n"
+    L"problems, 2 usage error (for shred also a relative path or a protected folder; nothing\n"
+    L"is touched then; for rules check also a file that cannot be read as rules).\n";
 
 int UsageError(std::wstring_view problem) {
   const lumenor::ConsoleOutput err = lumenor::ConsoleOutput::StandardError();
@@ -69,6 +73,22 @@ int wmain(int argc, wchar_t** argv) {
       return UsageError(L"unexpected argument: " + arguments.front());
     }
     return lumenor::RunUpdateCheck(json, out);
+  }
+  if (command == L"rules") {
+    // Sub-commands, each with its own arguments.
+    if (arguments.empty()) {
+      return UsageError(L"rules: no sub-command given");
+    }
+    const std::vector<std::wstring> rest(arguments.begin() + 1, arguments.end());
+    if (arguments.front() == L"check") {
+      std::wstring problem;
+      const auto options = lumenor::ParseRulesCheckOptions(rest, problem);
+      if (!options) {
+        return UsageError(problem);
+      }
+      return lumenor::RunRulesCheck(*options, out, lumenor::ConsoleOutput::StandardError());
+    }
+    return UsageError(L"rules: unknown sub-command: " + arguments.front());
   }
   if (command == L"list") {
     if (!arguments.empty()) {
