@@ -6,6 +6,7 @@
 #include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/RulesCommand.h"
+#include "cli/RulesCheckCommand.h"
 #include "cli/ShredCommand.h"
 #include "cli/TraceCommand.h"
 #include "cli/UpdateCommand.h"
@@ -31,6 +32,8 @@ constexpr wchar_t kUsage[] =
     L"                                download the community's winapp2.ini (from URL, or\n"
     L"                                the address in setting.ini) and put it beside the\n"
     L"                                program if it arrived whole and holds rules\n"
+    L"  rules check FILE [--json]     read a rule file as the program would and print every\n"
+    L"                                problem with its line and column\n"
     L"  --version                     print the program's version\n"
     L"  shred [--method quick|safe|thorough] [--json] PATH...\n"
     L"                                overwrite (1, 3 or 7 passes; quick by default) and\n"
@@ -43,9 +46,10 @@ constexpr wchar_t kUsage[] =
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
     L"  --one-click         the one-click list   --all        every item\n"
-    L"Exit status: 0 done, 1 a deletion failed, a file was not shredded or the old rules\n"
-    L"were kept, 2 usage error\n"
-    L"(for shred also a relative path or a protected folder; nothing is touched then).\n";
+    L"Exit status: 0 done, 1 a deletion failed, a file was not shredded, the old rules were\n"
+    L"kept or a rule file has problems, 2 usage error (for shred also a relative path or a\n"
+    L"protected folder; nothing is touched then; for rules check also a file that cannot be\n"
+    L"read as rules).\n";
 
 int UsageError(std::wstring_view problem) {
   const lumenor::ConsoleOutput err = lumenor::ConsoleOutput::StandardError();
@@ -89,6 +93,14 @@ int wmain(int argc, wchar_t** argv) {
         return UsageError(problem);
       }
       return lumenor::RunRulesUpdate(*options, out);
+    }
+    if (arguments.front() == L"check") {
+      std::wstring problem;
+      const auto options = lumenor::ParseRulesCheckOptions(rest, problem);
+      if (!options) {
+        return UsageError(problem);
+      }
+      return lumenor::RunRulesCheck(*options, out, lumenor::ConsoleOutput::StandardError());
     }
     return UsageError(L"rules: unknown sub-command: " + arguments.front());
   }

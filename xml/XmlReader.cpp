@@ -66,24 +66,46 @@ struct Source {
   size_t markBytes = 0;
 };
 
-XmlError ErrorAt(const Source& source, size_t position, std::string message) {
-  XmlError error{1, 1, source.markBytes, std::move(message)};
-  const std::string_view before = source.text.substr(0, position);
-  for (size_t index = 0; index < before.size(); ++index) {
-    const auto byte = static_cast<unsigned char>(before[index]);
-    const bool continuation = (byte & 0xC0) == 0x80;
-    if (byte == '\n' || (byte == '\r' && (index + 1 == before.size() || before[index + 1] != '\n'))) {
-      ++error.line;
-      error.column = 1;
-    } else if (byte != '\r' && !continuation) {
-      ++error.column;
+// Line, column and input offset of places in the text, counted forward from the last
+// place asked for, so that placing every element of a large document stays linear.
+class PlaceCounter {
+ public:
+  explicit PlaceCounter(const Source& source) : source_(source), offset_(source.markBytes) {}
+
+  // `position` must not lie before the last one asked for.
+  XmlError At(size_t position) {
+    for (; counted_ < position && counted_ < source_.text.size(); ++counted_) {
+      const auto byte = static_cast<unsigned char>(source_.text[counted_]);
+      const bool continuation = (byte & 0xC0) == 0x80;
+      // "\r\n" ends one line: at its "\r", so that a place between the two is on the next.
+      if (byte == '\r' || (byte == '\n' && !afterCarriageReturn_)) {
+        ++line_;
+        column_ = 1;
+      } else if (byte != '\n' && !continuation) {
+        ++column_;
+      }
+      afterCarriageReturn_ = byte == '\r';
+      if (!source_.fromUtf16) {
+        ++offset_;
+      } else if (!continuation) {
+        offset_ += byte >= 0xF0 ? 4 : 2;  // a character beyond U+FFFF took a surrogate pair
+      }
     }
-    if (!source.fromUtf16) {
-      ++error.offset;
-    } else if (!continuation) {
-      error.offset += byte >= 0xF0 ? 4 : 2;  // a character beyond U+FFFF took a surrogate pair
-    }
+    return {line_, column_, offset_, {}};
   }
+
+ private:
+  const Source& source_;
+  size_t counted_ = 0;
+  size_t line_ = 1;
+  size_t column_ = 1;
+  size_t offset_ = 0;
+  bool afterCarriageReturn_ = false;
+};
+
+XmlError ErrorAt(const Source& source, size_t position, std::string message) {
+  XmlError error = PlaceCounter(source).At(position);
+  error.message = std::move(message);
   return error;
 }
 
@@ -133,7 +155,8 @@ class AttributeNames {
 
 class Reader {
  public:
-  Reader(const Source& source, const ReadLimits& limits) : source_(source), text_(source.text), limits_(limits) {}
+  Reader(const Source& source, const ReadLimits& limits)
+      : source_(source), text_(source.text), limits_(limits), places_(source) {}
 
   ReadResult Read();
 
@@ -169,6 +192,7 @@ class Reader {
   const Source& source_;
   std::string_view text_;
   ReadLimits limits_;
+  PlaceCounter places_;
   size_t position_ = 0;
   std::vector<OpenElement> open_;
   std::optional<Element> root_;
@@ -416,6 +440,8 @@ bool Reader::ReadStartTag() {
   }
   FlushText();
   OpenElement opened{Element(std::string(name)), start};
+  const XmlError place = places_.At(start);
+  opened.element.SetPlace({place.line, place.column});
   AttributeNames names;
   while (true) {
     const bool blank = SkipBlanks();

@@ -3,6 +3,7 @@
 // Trees may be deeper than any stack: destroying and comparing them never recurses.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +14,13 @@
 namespace lumenor::xml {
 
 class Node;
+
+// Where an element's start tag begins in the document it was read from: 1-based line and
+// column, counted as the reader counts them in its errors. Zero for an element built in code.
+struct SourcePlace {
+  size_t line = 0;
+  size_t column = 0;
+};
 
 struct Attribute {
   std::string name;
@@ -31,6 +39,8 @@ class Element {
   Element& operator=(const Element&) = delete;
 
   const std::string& Name() const { return name_; }
+  const SourcePlace& Place() const { return place_; }
+  void SetPlace(SourcePlace place) { place_ = place; }
   const std::vector<Attribute>& Attributes() const { return attributes_; }
   const std::vector<Node>& Children() const { return children_; }
   // For code that edits a tree in place. The reader never gives two attributes of one
@@ -57,6 +67,7 @@ class Element {
 
  private:
   std::string name_;
+  SourcePlace place_;
   std::vector<Attribute> attributes_;
   std::vector<Node> children_;
 };
@@ -80,7 +91,8 @@ class Node {
   std::unique_ptr<Element> element_;
 };
 
-// Same name, same attributes in the same order, same children.
+// Same name, same attributes in the same order, same children; where they were read
+// from does not count.
 bool operator==(const Element& left, const Element& right);
 
 }  // namespace lumenor::xml

@@ -116,6 +116,41 @@ TEST(XmlReader, Utf8WithAndWithoutMarkAndUtf16BothWaysGiveTheSameTree) {
   EXPECT_EQ(ReadOrFail(Utf16Document(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + utf16, false)), expected);
 }
 
+// Each element knows where its start tag begins, counted as errors are: the rule readers
+// report a fault in an element at that place.
+TEST(XmlReader, EveryElementKnowsTheLineAndColumnOfItsStartTag) {
+  const auto placeOf = [](const Element* element) {
+    return element == nullptr ? std::string("missing")
+                              : std::to_string(element->Place().line) + ":" + std::to_string(element->Place().column);
+  };
+  const Element root = ReadOrFail(
+      "<?xml version=\"1.0\"?>\r\n"
+      "<rules>\r\n"
+      "  <!-- <skipped/> -->\n"
+      "  <a n=\"\xC3\xA9\xE2\x82\xAC\"><b/>\r"
+      "\t<c\n"
+      "     x=\"1\"/></a><![CDATA[<d/>]]><e/>\n"
+      "</rules>");
+  EXPECT_EQ(placeOf(&root), "2:1");
+  const Element* a = root.FirstChild("a");
+  EXPECT_EQ(placeOf(a), "4:3");
+  ASSERT_NE(a, nullptr);
+  EXPECT_EQ(placeOf(a->FirstChild("b")), "4:13") << "characters, not bytes";
+  EXPECT_EQ(placeOf(a->FirstChild("c")), "5:2");
+  EXPECT_EQ(placeOf(root.FirstChild("e")), "6:33");
+
+  // A byte order mark takes no column; in UTF-16 columns still count characters.
+  EXPECT_EQ(ReadOrFail("\xEF\xBB\xBF<a/>").Place().column, 1u);
+  EXPECT_EQ(ReadOrFail("\xEF\xBB\xBF <a/>").Place().column, 2u);
+  const Element utf16 = ReadOrFail(Utf16Document(u"<a>\n\U0001F600<b/></a>", false));
+  EXPECT_EQ(placeOf(utf16.FirstChild("b")), "2:2");
+
+  // Built in code: no place, and the place never counts in a comparison.
+  Element built("rules");
+  EXPECT_EQ(built.Place().line, 0u);
+  EXPECT_EQ(ReadOrFail("\n\n<rules/>"), built);
+}
+
 TEST(XmlReader, NestsAsDeepAsTheLimitAndNoFurther) {
   const auto nested = [](size_t depth, std::string_view innermost = "") {
     std::string document;
