@@ -1098,6 +1098,9 @@ def make_page_extras():
 # ---------------------------------------------------------------------------------------
 # Resource script, ids header, contact sheet
 
+HEADER_COLUMNS = 120  # the column limit of the project's .clang-format
+
+
 def write_header_and_script():
     blocks = []
     for block, name, number, kind, filename, note in RESOURCES:
@@ -1115,11 +1118,20 @@ def write_header_and_script():
         h.append(f"// {block}")
         rc.append(f"// {block}")
         width = max(len(n) for n, *_ in items)
-        for name, number, kind, filename, note in items:
-            h.append(f"#define {name.ljust(width)} {number:>3}  // {note}")
+        # The header is laid out as clang-format lays it out (the project formats every
+        # header with it): definitions unpadded, the block's comments in one column two
+        # spaces after its longest definition.
+        definitions = [f"#define {name} {number}" for name, number, *_ in items]
+        column = max(len(d) for d in definitions) + 2
+        for definition, (name, number, kind, filename, note) in zip(definitions, items):
+            h.append(f"{definition.ljust(column)}// {note}")
             rc.append(f'{name.ljust(width)} {kind.ljust(6)} "res/art/{filename}"')
         h.append("")
         rc.append("")
+    too_long = [line for line in h if len(line) > HEADER_COLUMNS]
+    if too_long:
+        sys.exit(f"res/artwork_ids.h: lines longer than {HEADER_COLUMNS} columns, which clang-format "
+                 f"would rearrange: {too_long}")
     with open(os.path.join(ROOT, "res", "artwork_ids.h"), "w", newline="\n") as f:
         f.write("\n".join(h))
     with open(os.path.join(ROOT, "res", "artwork.rc"), "w", newline="\n") as f:
