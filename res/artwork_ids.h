@@ -90,6 +90,13 @@
 #define IDB_CATALOGUE_FLASH_PLAYER 391       // index 35: Macromedia Flash Player
 #define IDB_CATALOGUE_DESKTOP_SEARCH 392     // index 36: Google Desktop Search
 
+// Item trees: the rules' category pictures, image-list indexes 37 to 41, 16x16, background RGB(1,0,0)
+#define IDB_CATALOGUE_BROWSERS_TODAY 393      // index 37: Web Browsers Today
+#define IDB_CATALOGUE_WINDOWS_TODAY 394       // index 38: Windows 10 and 11
+#define IDB_CATALOGUE_APPLICATIONS_TODAY 395  // index 39: Applications Today
+#define IDB_CATALOGUE_COMMUNITY_RULES 396     // index 40: Community Rules (the community's winapp2.ini)
+#define IDB_CATALOGUE_OWN_RULES 397           // index 41: every category of the user's own rule files
+
 // Privacy scan page: picture buttons, four pictures each in the order normal, hot, pressed, disabled
 #define IDB_SCAN_NORMAL 207             // 104x27 "Scan" button, normal
 #define IDB_SCAN_HOT 210                // 104x27 "Scan" button, hot

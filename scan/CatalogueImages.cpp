@@ -1,5 +1,6 @@
 #include "scan/CatalogueImages.h"
 
+#include "catalogue/Catalogue.h"
 #include "controls/Bitmap.h"
 #include "res/artwork_ids.h"
 
@@ -47,7 +48,18 @@ constexpr int kPicturesInOrder[kCataloguePictureCount] = {
     IDB_CATALOGUE_ACROBAT,
     IDB_CATALOGUE_FLASH_PLAYER,
     IDB_CATALOGUE_DESKTOP_SEARCH,
+    IDB_CATALOGUE_BROWSERS_TODAY,
+    IDB_CATALOGUE_WINDOWS_TODAY,
+    IDB_CATALOGUE_APPLICATIONS_TODAY,
+    IDB_CATALOGUE_COMMUNITY_RULES,
+    IDB_CATALOGUE_OWN_RULES,
 };
+// The rules' categories name their pictures by these indexes.
+static_assert(kPicturesInOrder[kPictureBrowsersToday] == IDB_CATALOGUE_BROWSERS_TODAY);
+static_assert(kPicturesInOrder[kPictureWindowsToday] == IDB_CATALOGUE_WINDOWS_TODAY);
+static_assert(kPicturesInOrder[kPictureApplicationsToday] == IDB_CATALOGUE_APPLICATIONS_TODAY);
+static_assert(kPicturesInOrder[kPictureCommunityRules] == IDB_CATALOGUE_COMMUNITY_RULES);
+static_assert(kPicturesInOrder[kPictureOwnRules] == IDB_CATALOGUE_OWN_RULES);
 constexpr int kPicture = 16;
 // The pictures' background: the colour value 1, as the artwork keeps it.
 constexpr COLORREF kPictureBackground = RGB(1, 0, 0);

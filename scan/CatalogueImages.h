@@ -1,5 +1,6 @@
-// The picture lists of the item trees: the 37 catalogue pictures that nodes name by
-// index, and the four check-box pictures (none, unticked, partly ticked, ticked).
+// The picture lists of the item trees: the 42 catalogue pictures that nodes name by
+// index (the fixed catalogue's 37, then the rules' categories'), and the four check-box
+// pictures (none, unticked, partly ticked, ticked).
 #pragma once
 
 #include <windows.h>
@@ -30,7 +31,7 @@ class CImageList {
   HIMAGELIST list_ = nullptr;
 };
 
-inline constexpr int kCataloguePictureCount = 37;
+inline constexpr int kCataloguePictureCount = 42;
 
 // The catalogue pictures, 16 by 16, in index order; a missing bitmap leaves its place
 // empty so later indexes keep their pictures. Null when no list could be made.

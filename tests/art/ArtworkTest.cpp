@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 namespace lumenor {
@@ -260,11 +261,14 @@ TEST_F(Artwork, ProgramTrayAndMenuIconsHoldSmallAndLargeImages) {
   EXPECT_EQ(FindResourceW(program_, MAKEINTRESOURCEW(127), MAKEINTRESOURCEW(14)), nullptr);
 }
 
-TEST_F(Artwork, CatalogueImageListTakesThirtySevenPicturesWithTransparentCorners) {
-  const int catalogue[] = {182, 183, 237, 247, 321, 260, 259, 258, 310, 246, 309, 308, 238,
-                           316, 315, 317, 318, 319, 323, 333, 320, 336, 334, 345, 347, 349,
-                           348, 373, 374, 338, 339, 342, 343, 344, 390, 391, 392};
-  HIMAGELIST list = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 37, 0);
+TEST_F(Artwork, CatalogueImageListTakesFortyTwoPicturesWithTransparentCorners) {
+  // The fixed catalogue's 37 pictures, then the rules' categories' five (indexes 37 to 41).
+  const int catalogue[] = {182, 183, 237, 247, 321, 260, 259, 258, 310, 246, 309, 308, 238, 316,
+                           315, 317, 318, 319, 323, 333, 320, 336, 334, 345, 347, 349, 348, 373,
+                           374, 338, 339, 342, 343, 344, 390, 391, 392, 393, 394, 395, 396, 397};
+  constexpr int kPictures = static_cast<int>(std::size(catalogue));
+  static_assert(kPictures == 42);
+  HIMAGELIST list = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, kPictures, 0);
   ASSERT_NE(list, nullptr);
   int index = 0;
   for (int id : catalogue) {
@@ -286,7 +290,7 @@ TEST_F(Artwork, CatalogueImageListTakesThirtySevenPicturesWithTransparentCorners
     EXPECT_EQ(ImageList_AddMasked(list, device, kCatalogueMask), index++) << "bitmap " << id;
     DeleteObject(device);
   }
-  EXPECT_EQ(ImageList_GetImageCount(list), 37);
+  EXPECT_EQ(ImageList_GetImageCount(list), kPictures);
 
   // Drawn over a coloured row, the masked background lets the row show through.
   HDC screen = GetDC(nullptr);
@@ -294,7 +298,7 @@ TEST_F(Artwork, CatalogueImageListTakesThirtySevenPicturesWithTransparentCorners
   HBITMAP surface = CreateCompatibleBitmap(screen, 16, 16);
   HGDIOBJ previous = SelectObject(dc, surface);
   const COLORREF row = RGB(0, 200, 0);
-  for (int i = 0; i < 37; ++i) {
+  for (int i = 0; i < kPictures; ++i) {
     RECT all{0, 0, 16, 16};
     HBRUSH brush = CreateSolidBrush(row);
     FillRect(dc, &all, brush);

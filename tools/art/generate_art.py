@@ -62,6 +62,13 @@ FAMILY = [
     (190, 132, 24),   # file sharing
     (58, 88, 178),    # mail
     (98, 112, 132),   # third-party applications
+    # The rules' categories, after the fixed eight: hues none of the eight uses, so that
+    # their applications and items, which show the category's own picture, stand apart.
+    (190, 58, 102),   # web browsers today
+    (0, 120, 212),    # Windows 10 and 11
+    (104, 138, 32),   # applications today
+    (146, 60, 140),   # community rules
+    (146, 92, 58),    # the user's own rules
 ]
 
 FONT_DIR = "/usr/share/fonts/truetype/dejavu"
@@ -267,6 +274,54 @@ def g_cube(p, c):
     p.poly([(8, 1), (14.5, 4.5), (8, 8), (1.5, 4.5)], lighter(c, 0.35))
     p.poly([(1.5, 4.5), (8, 8), (8, 15), (1.5, 11.5)], c)
     p.poly([(8, 8), (14.5, 4.5), (14.5, 11.5), (8, 15)], darker(c, 0.25))
+
+
+def g_browser(p, c):
+    p.rrect(1, 1, 15, 15, 1.5, fill=c)
+    # The open tab is white like the page it belongs to; the one beside it is closed.
+    p.rrect(3, 3, 9, 7, 1, fill=WHITE)
+    p.rect(2, 6, 14, 14, WHITE)
+    p.rect(10, 4, 13, 5, lighter(c, 0.5))
+    p.rrect(3.5, 7.5, 12.5, 9.5, 1, fill=lighter(c, 0.55))
+    p.rect(4, 11, 12, 12, lighter(c, 0.3))
+
+
+def g_panes(p, c):
+    # A window of four panes: a 2-unit frame and cross bars, 4-unit panes.
+    p.rrect(1, 1, 15, 15, 1.5, fill=c)
+    for x in (3, 9):
+        for y in (3, 9):
+            p.rect(x, y, x + 4, y + 4, WHITE)
+
+
+def g_app_grid(p, c):
+    for x in (1, 6, 11):
+        for y in (1, 6, 11):
+            p.rrect(x, y, x + 4, y + 4, 1.2, fill=c)
+
+
+def g_people(p, c):
+    back = lighter(c, 0.3)
+    p.ellipse(8, 1, 14, 7, fill=back)
+    p.rrect(6.5, 8, 16.5, 18, 4, fill=back)
+    # The one in front, cut free of the one behind by a white margin.
+    p.ellipse(2.5, 3.5, 9.5, 10.5, fill=WHITE)
+    p.ellipse(3, 4, 9, 10, fill=c)
+    p.rrect(-0.5, 10.5, 12.5, 20, 5, fill=WHITE)
+    p.rrect(0, 11, 12, 20, 5, fill=c)
+
+
+def g_page_pencil(p, c):
+    p.poly([(2, 1), (9, 1), (12, 4), (12, 15), (2, 15)], c)
+    p.poly([(9, 1), (12, 4), (9, 4)], lighter(c, 0.5))
+    p.rect(4, 6, 10, 7, WHITE)
+    p.rect(4, 8, 10, 9, WHITE)
+    p.rect(4, 10, 7, 11, WHITE)
+    # The pencil writes on the page; a white margin keeps it apart from the page.
+    lead = darker(c, 0.3)
+    p.line([(14.2, 6.8), (8.2, 12.8)], 4.2, WHITE)
+    p.line([(14.2, 6.8), (9, 12)], 2.2, lead, caps=False)
+    p.poly([(7.4, 13.6), (8.3, 11.3), (9.7, 12.7)], lead)
 
 
 def g_trash(p, c):
@@ -769,6 +824,8 @@ def make_help():
 # ---------------------------------------------------------------------------------------
 # Catalogue pictures (image list of the item trees)
 
+FIXED_CATALOGUE_PICTURES = 37  # indexes the fixed catalogue names; the rules' categories follow
+
 # (index, resource number, C name, what it stands for, family, pictogram or letters)
 CATALOGUE = [
     (0, 182, "WINDOWS", "Windows Cache and History", 0, g_window),
@@ -808,14 +865,23 @@ CATALOGUE = [
     (34, 390, "ACROBAT", "Adobe Acrobat", 7, "A"),
     (35, 391, "FLASH_PLAYER", "Macromedia Flash Player", 7, "f"),
     (36, 392, "DESKTOP_SEARCH", "Google Desktop Search", 7, "G"),
+    # The rules' categories; their applications and items show the same picture.
+    (37, 393, "BROWSERS_TODAY", "Web Browsers Today", 8, g_browser),
+    (38, 394, "WINDOWS_TODAY", "Windows 10 and 11", 9, g_panes),
+    (39, 395, "APPLICATIONS_TODAY", "Applications Today", 10, g_app_grid),
+    (40, 396, "COMMUNITY_RULES", "Community Rules (the community's winapp2.ini)", 11, g_people),
+    (41, 397, "OWN_RULES", "every category of the user's own rule files", 12, g_page_pencil),
 ]
 
 
 def make_catalogue():
-    block = ("Item trees: the catalogue pictures, image-list indexes 0 to 36 in this order, "
-             "16x16, background RGB(1,0,0)")
+    fixed_block = ("Item trees: the catalogue pictures, image-list indexes 0 to 36 in this order, "
+                   "16x16, background RGB(1,0,0)")
+    rules_block = ("Item trees: the rules' category pictures, image-list indexes 37 to 41, "
+                   "16x16, background RGB(1,0,0)")
     shade_step = {}
     for index, number, stem, label, family, art in CATALOGUE:
+        block = fixed_block if index < FIXED_CATALOGUE_PICTURES else rules_block
         base = FAMILY[family]
         if callable(art):
             img = glyph_image(art, 16, base)
@@ -1098,6 +1164,9 @@ def make_page_extras():
 # ---------------------------------------------------------------------------------------
 # Resource script, ids header, contact sheet
 
+HEADER_COLUMNS = 120  # the column limit of the project's .clang-format
+
+
 def write_header_and_script():
     blocks = []
     for block, name, number, kind, filename, note in RESOURCES:
@@ -1115,11 +1184,20 @@ def write_header_and_script():
         h.append(f"// {block}")
         rc.append(f"// {block}")
         width = max(len(n) for n, *_ in items)
-        for name, number, kind, filename, note in items:
-            h.append(f"#define {name.ljust(width)} {number:>3}  // {note}")
+        # The header is laid out as clang-format lays it out (the project formats every
+        # header with it): definitions unpadded, the block's comments in one column two
+        # spaces after its longest definition.
+        definitions = [f"#define {name} {number}" for name, number, *_ in items]
+        column = max(len(d) for d in definitions) + 2
+        for definition, (name, number, kind, filename, note) in zip(definitions, items):
+            h.append(f"{definition.ljust(column)}// {note}")
             rc.append(f'{name.ljust(width)} {kind.ljust(6)} "res/art/{filename}"')
         h.append("")
         rc.append("")
+    too_long = [line for line in h if len(line) > HEADER_COLUMNS]
+    if too_long:
+        sys.exit(f"res/artwork_ids.h: lines longer than {HEADER_COLUMNS} columns, which clang-format "
+                 f"would rearrange: {too_long}")
     with open(os.path.join(ROOT, "res", "artwork_ids.h"), "w", newline="\n") as f:
         f.write("\n".join(h))
     with open(os.path.join(ROOT, "res", "artwork.rc"), "w", newline="\n") as f:
