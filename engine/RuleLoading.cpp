@@ -81,7 +81,10 @@ LoadedRules LoadRules(const std::wstring& programFolder) {
     if (const auto bytes = ReadWholeFile(path)) {
       add(rules::ReadXmlRules(*bytes, path, rules::RuleOrigin::kUserFile));
     } else {
-      loaded.problems.push_back({{path, 0, 0}, L"", L"the file cannot be read"});
+      rules::Problem problem;
+      problem.where.file = path;
+      problem.message = L"the file cannot be read";
+      loaded.problems.push_back(std::move(problem));
     }
   }
   if (const auto bytes = ReadWholeFile(programFolder + rules::kWinapp2FileName)) {

@@ -600,6 +600,7 @@ std::optional<RegistryAction> RuleFileReader::ReadRegistry(const Element& elemen
     return std::nullopt;
   }
   registry.allValues = *allValues;
+  registry.wildcards = true;  // our files write "*" and "?" as wildcards in key names
   return registry;
 }
 
