@@ -58,6 +58,8 @@ std::optional<TraceCommandOptions> ParseTraceCommandOptions(const std::vector<st
       if (!select(SelectionSource::kOneClick, argument)) return std::nullopt;
     } else if (argument == L"--all") {
       if (!select(SelectionSource::kAll, argument)) return std::nullopt;
+    } else if (argument == L"--community") {
+      if (!select(SelectionSource::kCommunity, argument)) return std::nullopt;
     } else if (argument == L"--items") {
       if (!select(SelectionSource::kItems, argument)) return std::nullopt;
       if (i + 1 >= arguments.size()) {

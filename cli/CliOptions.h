@@ -7,7 +7,7 @@
 
 namespace lumenor {
 
-enum class SelectionSource { kRecent, kDefault, kOneClick, kAll, kItems };
+enum class SelectionSource { kRecent, kDefault, kOneClick, kAll, kItems, kCommunity };
 
 struct TraceCommandOptions {
   SelectionSource source = SelectionSource::kRecent;

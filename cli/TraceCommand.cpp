@@ -21,19 +21,35 @@ namespace lumenor {
 
 namespace {
 
+// Whether an item of the catalogue comes from rules of `origin`.
+bool ComesFrom(const rules::RuleBook* rules, unsigned id, rules::RuleOrigin origin) {
+  const rules::RuleBook::Entry* entry = rules != nullptr ? rules->Find(id) : nullptr;
+  return entry != nullptr && entry->origin == origin;
+}
+
 // The ids of the items the options select, ticked as the scan page ticks them. The
 // settings file is read, never written; without one, the lists are those a fresh
-// settings file would hold.
-std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, CMyObject* root) {
+// settings file would hold. "--all" is the fixed catalogue and the built-in rules; the
+// user's own and the community's rules are taken only when named.
+std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, const CCatalogue& catalogue) {
+  CMyObject* root = catalogue.Root();
+  const rules::RuleBook* rules = catalogue.Rules();
   if (options.source == SelectionSource::kItems) {
     std::vector<unsigned> ids;
     for (const CMyObject* item : ItemsInCatalogueOrder(root, options.items)) ids.push_back(item->Id());
     return ids;
   }
   ItemSelection selection = ItemSelection::FromCatalogue(root);
-  if (options.source == SelectionSource::kAll) {
+  if (rules != nullptr) selection.SetRuleDefaults(rules->BuiltInDefaults());
+  if (options.source == SelectionSource::kAll || options.source == SelectionSource::kCommunity) {
     selection.TickAll();
-    return selection.TickedItems();
+    std::vector<unsigned> ids = selection.TickedItems();
+    std::erase_if(ids, [&](unsigned id) {
+      const bool community = ComesFrom(rules, id, rules::RuleOrigin::kCommunity);
+      return options.source == SelectionSource::kCommunity ? !community
+                                                           : community || ComesFrom(rules, id, rules::RuleOrigin::kUserFile);
+    });
+    return ids;
   }
   const CIniFileRW settings(kSettingsFileName);
   const bool haveFile = GetFileAttributesW(settings.Path().c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -42,6 +58,9 @@ std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, CMyObject*
                               : options.source == SelectionSource::kDefault ? Selection::kDefault
                                                                             : Selection::kRecent;
     for (const unsigned id : BuiltInSelection(builtIn)) (void)selection.TickById(id);
+    if (builtIn != Selection::kOneClick && rules != nullptr) {
+      for (const unsigned id : rules->BuiltInDefaults()) (void)selection.TickById(id);
+    }
   } else if (options.source == SelectionSource::kOneClick) {
     TickOneClickList(selection, settings);
   } else if (options.source == SelectionSource::kDefault) {
@@ -129,15 +148,18 @@ class PrintingReports final : public RunReports {
 
 }  // namespace
 
-int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CMyObject* catalogueRoot,
+int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, const CCatalogue& catalogue,
                     const ConsoleOutput& out, const ConsoleOutput& err) {
   BufferedOutput lines(out);
-  const std::vector<unsigned> ids = SelectedIds(options, catalogueRoot);
+  const std::vector<unsigned> ids = SelectedIds(options, catalogue);
   const FolderGuard guard(MachinePaths());
   SkipReport skips(lines, err, options.json);
   PrintingReports reports(lines, options.json, err.IsConsole() ? &err : nullptr, skips);
 
-  const std::unique_ptr<ScanRun> run = MakeScanRun(catalogueRoot, ids);
+  const std::unique_ptr<ScanRun> run = MakeScanRun(catalogue.Root(), ids, catalogue.Rules());
+  for (const std::wstring& domain : ReadCookiesToKeep(CIniFileRW(kSettingsFileName))) {
+    (void)run->CookiesToKeep().Add(domain);
+  }
   if (command == TraceCommand::kScan) {
     ScanItems(*run, nullptr, reports, StopToken(), guard);
     const std::wstring traces = std::to_wstring(run->TraceCount());

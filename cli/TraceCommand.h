@@ -7,12 +7,12 @@
 
 namespace lumenor {
 
-class CMyObject;
+class CCatalogue;
 
 enum class TraceCommand { kScan, kErase };
 
 // The exit status: 0, or 1 when a deletion failed or the output could not be written.
-int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CMyObject* catalogueRoot,
+int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, const CCatalogue& catalogue,
                     const ConsoleOutput& out, const ConsoleOutput& err);
 
 }  // namespace lumenor

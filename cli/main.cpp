@@ -1,6 +1,8 @@
 // Entry point of lumenor-cli.exe, the console companion of lumenor.exe. It works on the
 // same catalogue and reads the "setting.ini" beside its own executable (never writes it).
+#include "base/ModulePath.h"
 #include "catalogue/Catalogue.h"
+#include "engine/RuleLoading.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
 #include "cli/JunkCommand.h"
@@ -23,8 +25,9 @@ constexpr int kUsageError = 2;
 constexpr wchar_t kUsage[] =
     L"usage: lumenor-cli <command> [options]\n"
     L"commands:\n"
-    L"  list                          print the privacy catalogue: id, level (0 category,\n"
-    L"                                1 application, 2 item) and name of every node\n"
+    L"  list [--json]                 print the privacy catalogue: id, level (0 category,\n"
+    L"                                1 application, 2 item) and name of every node, the\n"
+    L"                                rule items found on this machine after the fixed ones\n"
     L"  scan [SELECTION] [--json]     print every trace the selected items find\n"
     L"  erase [SELECTION] [--json]    scan, then erase every item that found traces\n"
     L"  update-check [--json]         ask the maker's site whether a newer version exists\n"
@@ -45,7 +48,9 @@ constexpr wchar_t kUsage[] =
     L"SELECTION (default --recent):\n"
     L"  --items ID,ID,...   these items          --default    the default scan list\n"
     L"  --recent            the last scan's list (the default list if none was saved)\n"
-    L"  --one-click         the one-click list   --all        every item\n"
+    L"  --one-click         the one-click list   --all        every fixed and built-in item\n"
+    L"  --community         every community rule found on this machine (the user's own rule\n"
+    L"                      items and the community's are taken only when named or with it)\n"
     L"Exit status: 0 done, 1 a deletion failed, a file was not shredded, the old rules were\n"
     L"kept or a rule file has problems, 2 usage error (for shred also a relative path or a\n"
     L"protected folder; nothing is touched then; for rules check also a file that cannot be\n"
@@ -56,6 +61,20 @@ int UsageError(std::wstring_view problem) {
   (void)err.WriteLine(L"lumenor-cli: " + std::wstring(problem));  // nothing more to do if stderr is gone
   (void)err.Write(kUsage);
   return kUsageError;
+}
+
+// The catalogue with the rules beside the program, as lumenor.exe builds it. Problems of
+// the built-in and the user's rule files are told on standard error; those of the
+// community file are for "rules check" to tell.
+lumenor::CCatalogue LoadCatalogue() {
+  lumenor::LoadedRules loaded = lumenor::LoadRules(lumenor::ModuleFolder());
+  const lumenor::ConsoleOutput err = lumenor::ConsoleOutput::StandardError();
+  for (const lumenor::rules::Problem& problem : loaded.problems) {
+    // A warning that cannot be written changes nothing the command does.
+    (void)err.WriteLine(L"warning: " + problem.where.file + L":" + std::to_wstring(problem.where.line) + L":" +
+                        std::to_wstring(problem.where.column) + L": " + problem.message);
+  }
+  return lumenor::CatalogueWithRules(loaded, lumenor::MachinePaths());
 }
 
 }  // namespace
@@ -105,11 +124,12 @@ int wmain(int argc, wchar_t** argv) {
     return UsageError(L"rules: unknown sub-command: " + arguments.front());
   }
   if (command == L"list") {
-    if (!arguments.empty()) {
+    const bool json = arguments.size() == 1 && arguments.front() == L"--json";
+    if (!arguments.empty() && !json) {
       return UsageError(L"unexpected argument: " + arguments.front());
     }
-    lumenor::CCatalogue catalogue = lumenor::CCatalogue::Build();
-    return lumenor::RunListCommand(catalogue.Root(), out);
+    const lumenor::CCatalogue catalogue = LoadCatalogue();
+    return lumenor::RunListCommand(catalogue, json, out);
   }
   if (command == L"scan" || command == L"erase") {
     std::wstring problem;
@@ -117,9 +137,9 @@ int wmain(int argc, wchar_t** argv) {
     if (!options) {
       return UsageError(problem);
     }
-    lumenor::CCatalogue catalogue = lumenor::CCatalogue::Build();
+    const lumenor::CCatalogue catalogue = LoadCatalogue();
     return lumenor::RunTraceCommand(command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase,
-                                    *options, catalogue.Root(), out, lumenor::ConsoleOutput::StandardError());
+                                    *options, catalogue, out, lumenor::ConsoleOutput::StandardError());
   }
   if (command == L"shred") {
     std::wstring problem;

@@ -3,6 +3,7 @@
 #include "base/UniqueHandle.h"
 #include "engine/FilePath.h"
 #include "engine/FolderStack.h"
+#include "engine/RulePlan.h"
 #include "res/resource.h"
 #include "rules/XmlRuleReader.h"
 
@@ -97,6 +98,12 @@ LoadedRules LoadRules(const std::wstring& programFolder) {
   // Ids the book refused are problems of the files they came from.
   for (const rules::Problem& problem : loaded.book->Problems()) loaded.problems.push_back(problem);
   return loaded;
+}
+
+CCatalogue CatalogueWithRules(LoadedRules& loaded, const SystemPaths& paths) {
+  const RememberedPaths remembered(paths);
+  return CCatalogue::Build(std::move(loaded.book),
+                           [&](const rules::RuleBook::Entry& entry) { return IsRuleDetected(entry, remembered); });
 }
 
 }  // namespace lumenor

@@ -4,6 +4,8 @@
 // out; every other file loads.
 #pragma once
 
+#include "catalogue/Catalogue.h"
+#include "engine/SystemPaths.h"
 #include "rules/RuleBook.h"
 #include "rules/Winapp2Reader.h"
 
@@ -28,6 +30,10 @@ struct LoadedRules {
 
 // Reads every rule of the program's folder (ending with "\") and of its resources.
 LoadedRules LoadRules(const std::wstring& programFolder);
+
+// The catalogue with the rules loaded (the book moves into it), each rule item shown
+// where it applies on this machine.
+CCatalogue CatalogueWithRules(LoadedRules& loaded, const SystemPaths& paths);
 
 // The whole of a file as bytes, or nothing when it is missing, a link, a folder, or
 // larger than `limit`.
