@@ -336,8 +336,24 @@ std::optional<std::pair<std::wstring, std::wstring>> ApplicationRunning(const ru
     if (context.running.Runs(process)) return std::pair{reason, process};
   }
   for (const std::wstring& lockFile : application.lockFiles) {
-    for (const ExpandedText& path : ExpandVariables(lockFile, context.paths)) {
-      if (IsFileHeldOpen(path.text)) return std::pair{reason, path.text};
+    // "...\Profiles\*\parent.lock": one lock file in each profile the wildcard finds.
+    const size_t slash = lockFile.find_last_of(L'\\');
+    if (slash == std::wstring::npos) continue;
+    const std::wstring name = lockFile.substr(slash + 1);
+    const RuleFolders folders = FindRuleFolders(std::wstring_view(lockFile).substr(0, slash), context.paths,
+                                                StopToken(), kMaxFoldersPerAction);
+    for (const std::wstring& folder : folders.folders) {
+      if (!rules::HasWildcard(name)) {
+        if (IsFileHeldOpen(folder + name)) return std::pair{reason, folder + name};
+        continue;
+      }
+      FolderStack listing;
+      if (!listing.Push(folder, L"*")) continue;
+      do {
+        const WIN32_FIND_DATAW& entry = listing.Top().entry;
+        if (IsFolder(entry.dwFileAttributes) || !rules::MaskMatches(name, entry.cFileName)) continue;
+        if (IsFileHeldOpen(folder + entry.cFileName)) return std::pair{reason, folder + entry.cFileName};
+      } while (listing.Advance());
     }
   }
   return std::nullopt;

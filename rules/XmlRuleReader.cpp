@@ -726,7 +726,7 @@ bool RuleFileReader::ReadRunning(const Element& element, Application& applicatio
     return true;
   }
   std::optional<std::wstring> lockFile =
-      PathAttribute(element, "lockfile", {PathPlace::kMachine, PathWildcards::kNone}, fault);
+      PathAttribute(element, "lockfile", {PathPlace::kMachine, PathWildcards::kAnyName}, fault);
   if (!lockFile) return false;
   application.lockFiles.push_back(std::move(*lockFile));
   return true;

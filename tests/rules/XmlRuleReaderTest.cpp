@@ -496,7 +496,7 @@ TEST(XmlRuleFaults, AFaultInWhatLimitsAnApplicationLeavesItOut) {
       <item name="A"><files folder="%Temp%" masks="*"/></item>
     </application>
     <application name="Locks">
-      <running lockfile="%AppData%\*\lock"/>
+      <running lockfile="%AppData%\..\lock"/>
       <item name="A"><files folder="%Temp%" masks="*"/></item>
     </application>
     <application name="Detects">
@@ -522,7 +522,7 @@ TEST(XmlRuleFaults, AFaultInWhatLimitsAnApplicationLeavesItOut) {
       Problems(rules),
       (std::vector<std::string>{
           R"(5:7: <running> process: "C:\Tools\tool.exe" is not a process name such as chrome.exe; application "Runs" left out)",
-          R"(9:7: <running> lockfile: "%AppData%\*\lock" holds a wildcard in "*", where none is allowed; application "Locks" left out)",
+          R"(9:7: <running> lockfile: "%AppData%\..\lock" holds a "." or ".." name; application "Locks" left out)",
           R"(13:7: <detect> key: "HKCU\Software\*" holds a wildcard in "*", where none is allowed; application "Detects" left out)",
           R"(14:7: <detect> takes exactly one of key and path; application "Detects" left out)",
           R"(19:7: a second <windows> in <application>; application "Twice" left out)",
