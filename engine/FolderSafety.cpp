@@ -247,6 +247,23 @@ FolderGuard::FolderGuard(const SystemPaths& paths) {
   }
   candidates.push_back(paths.ProgramFolder());
 
+  // Every personal folder of the profile beside Desktop and Documents, and those of the
+  // Public profile: what a user keeps there is no trace, whatever a rule says.
+  for (const int csidl : {CSIDL_MYPICTURES, CSIDL_MYMUSIC, CSIDL_MYVIDEO, CSIDL_COMMON_DOCUMENTS,
+                          CSIDL_COMMON_PICTURES, CSIDL_COMMON_MUSIC, CSIDL_COMMON_VIDEO, CSIDL_COMMON_DESKTOPDIRECTORY}) {
+    shell(csidl);
+  }
+  const std::optional<std::wstring> userProfile = paths.ShellFolder(CSIDL_PROFILE);
+  for (const wchar_t* name : {L"Desktop", L"Documents", L"Downloads", L"Pictures", L"Music", L"Videos", L"Contacts",
+                              L"Saved Games", L"Links", L"Searches", L"OneDrive"}) {
+    below(userProfile, name);
+  }
+  const std::optional<std::wstring> publicProfile = paths.EnvironmentVariable(L"PUBLIC");
+  for (const wchar_t* name : {L"Desktop", L"Documents", L"Downloads", L"Pictures", L"Music", L"Videos"}) {
+    below(publicProfile, name);
+  }
+  for (const wchar_t* name : {L"OneDrive", L"OneDriveConsumer", L"OneDriveCommercial"}) variable(name);
+
   // The profile as the item locations find it: the PrintHood folder's parent.
   if (const auto printHood = paths.ShellFolder(CSIDL_PRINTHOOD)) {
     if (auto canonical = CanonicalFolder(*printHood)) candidates.push_back(ParentFolder(*canonical));

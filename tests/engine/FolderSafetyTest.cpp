@@ -146,6 +146,23 @@ TEST_F(ProtectedFolders, EverySpellingOfADriveShareOrSystemFolderIsRefused) {
   }
 }
 
+TEST_F(ProtectedFolders, EveryPersonalFolderAndThoseOfThePublicProfileAreProtected) {
+  paths_.shellFolders[CSIDL_MYPICTURES] = L"E:\\Photos";
+  paths_.variables[L"PUBLIC"] = L"C:\\Users\\Public";
+  paths_.variables[L"OneDrive"] = L"E:\\Sync\\OneDrive - Work";
+  for (const wchar_t* folder :
+       {L"C:\\Users\\Tester\\Downloads", L"C:\\Users\\Tester\\Music\\", L"C:\\Users\\Tester\\Videos",
+        L"C:\\Users\\Tester\\Contacts", L"C:\\Users\\Tester\\Saved Games", L"C:\\Users\\Tester\\Links",
+        L"C:\\Users\\Tester\\Searches", L"C:\\Users\\Tester\\OneDrive", L"E:\\Photos", L"E:\\Sync\\OneDrive - Work",
+        L"E:\\Sync", L"C:\\Users\\Public\\Documents", L"C:\\Users\\Public\\Downloads", L"C:\\Users\\Public\\Desktop"}) {
+    EXPECT_EQ(Verdict(folder), FolderVerdict::kProtectedFolder) << ::testing::PrintToString(std::wstring(folder));
+  }
+  for (const wchar_t* folder : {L"C:\\Users\\Tester\\Downloads\\setup-cache", L"E:\\Photos\\thumbnails",
+                                L"C:\\Users\\Tester\\Saved Games\\Some Game\\logs"}) {
+    EXPECT_EQ(Verdict(folder), FolderVerdict::kAllowed) << ::testing::PrintToString(std::wstring(folder));
+  }
+}
+
 TEST_F(ProtectedFolders, FoldersInsideThemStayAllowed) {
   for (const wchar_t* folder :
        {L"C:\\Windows\\Temp", L"C:\\Windows\\System32\\..\\Temp\\", L"C:\\Users\\Tester\\AppData\\Local\\Temp",
