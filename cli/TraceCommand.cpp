@@ -1,6 +1,5 @@
 #include "cli/TraceCommand.h"
 
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "cli/JsonText.h"
 #include "engine/FolderSafety.h"
@@ -8,6 +7,7 @@
 #include "engine/TraceEngine.h"
 #include "scan/ItemSelection.h"
 #include "scan/PrivacyRun.h"
+#include "settings/Settings.h"
 
 #include <windows.h>
 
@@ -125,7 +125,7 @@ class PrintingReports final : public RunReports {
 }  // namespace
 
 int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CMyObject* catalogueRoot,
-                    const ConsoleOutput& out, const ConsoleOutput& err) {
+                    const ConsoleOutput& out, const ConsoleOutput& err, const StopToken& stop) {
   BufferedOutput lines(out);
   const std::vector<unsigned> ids = SelectedIds(options, catalogueRoot);
   const FolderGuard guard(MachinePaths());
@@ -133,7 +133,7 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CM
   PrintingReports reports(lines, options.json, err.IsConsole() ? &err : nullptr, skips);
 
   if (command == TraceCommand::kScan) {
-    const std::vector<CMyObject*> items = ScanTickedItems(catalogueRoot, ids, nullptr, reports, StopToken(), guard);
+    const std::vector<CMyObject*> items = ScanTickedItems(catalogueRoot, ids, nullptr, reports, stop, guard);
     int itemsWithTraces = 0;
     for (const CMyObject* item : items) itemsWithTraces += item->FoundCount() > 0 ? 1 : 0;
     const std::wstring traces = std::to_wstring(reports.Traces());
@@ -145,9 +145,9 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, CM
 
   if (options.source == SelectionSource::kOneClick) {
     // As the one-click worker does it: every ticked item is erased, found or not.
-    RunOneClickErase(catalogueRoot, ids, nullptr, reports, StopToken(), guard);
+    RunOneClickErase(catalogueRoot, ids, nullptr, reports, stop, guard, stop);
   } else {
-    EraseFoundItems(ScanTickedItems(catalogueRoot, ids, nullptr, reports, StopToken(), guard), reports, guard);
+    EraseFoundItems(ScanTickedItems(catalogueRoot, ids, nullptr, reports, stop, guard), reports, guard, stop);
   }
   const std::wstring traces = std::to_wstring(reports.Traces());
   const std::wstring deleted = std::to_wstring(reports.Deleted());

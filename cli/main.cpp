@@ -3,6 +3,7 @@
 #include "catalogue/Catalogue.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
+#include "cli/ConsoleStop.h"
 #include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/ShredCommand.h"
@@ -10,6 +11,7 @@
 #include "cli/UpdateCommand.h"
 #include "res/version.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,13 +41,21 @@ constexpr wchar_t kUsage[] =
     L"  --recent            the last scan's list (the default list if none was saved)\n"
     L"  --one-click         the one-click list   --all        every item\n"
     L"Exit status: 0 done, 1 a deletion failed or a file was not shredded, 2 usage error\n"
-    L"(for shred also a relative path or a protected folder; nothing is touched then).\n";
+    L"(for shred also a relative path or a protected folder; nothing is touched then),\n"
+    L"130 stopped by Ctrl+C, Ctrl+Break or the console closing (the summary so far is printed).\n";
 
 int UsageError(std::wstring_view problem) {
   const lumenor::ConsoleOutput err = lumenor::ConsoleOutput::StandardError();
   (void)err.WriteLine(L"lumenor-cli: " + std::wstring(problem));  // nothing more to do if stderr is gone
   (void)err.Write(kUsage);
   return kUsageError;
+}
+
+// Runs a command that Ctrl+C, Ctrl+Break and the console closing stop between entries.
+int RunStoppable(const std::function<int(const lumenor::StopToken&)>& command) {
+  const lumenor::ConsoleStop stop;
+  const int status = command(stop.Token());
+  return stop.Requested() ? lumenor::kStoppedExitStatus : status;
 }
 
 }  // namespace
@@ -64,11 +74,12 @@ int wmain(int argc, wchar_t** argv) {
     return out.WriteLine(L"lumenor-cli " LUMENOR_VERSION_TEXT_W) ? 0 : 1;
   }
   if (command == L"update-check") {
-    const bool json = arguments.size() == 1 && arguments.front() == L"--json";
-    if (!arguments.empty() && !json) {
-      return UsageError(L"unexpected argument: " + arguments.front());
+    std::wstring problem;
+    const auto options = lumenor::ParseUpdateCheckOptions(arguments, problem);
+    if (!options) {
+      return UsageError(problem);
     }
-    return lumenor::RunUpdateCheck(json, out);
+    return lumenor::RunUpdateCheck(options->json, out);
   }
   if (command == L"list") {
     if (!arguments.empty()) {
@@ -84,8 +95,12 @@ int wmain(int argc, wchar_t** argv) {
       return UsageError(problem);
     }
     lumenor::CCatalogue catalogue = lumenor::CCatalogue::Build();
-    return lumenor::RunTraceCommand(command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase,
-                                    *options, catalogue.Root(), out, lumenor::ConsoleOutput::StandardError());
+    const lumenor::TraceCommand which =
+        command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase;
+    return RunStoppable([&](const lumenor::StopToken& stop) {
+      return lumenor::RunTraceCommand(which, *options, catalogue.Root(), out, lumenor::ConsoleOutput::StandardError(),
+                                      stop);
+    });
   }
   if (command == L"shred") {
     std::wstring problem;
@@ -93,7 +108,9 @@ int wmain(int argc, wchar_t** argv) {
     if (!options) {
       return UsageError(problem);
     }
-    return lumenor::RunShredCommand(*options, out, lumenor::ConsoleOutput::StandardError(), UsageError);
+    return RunStoppable([&](const lumenor::StopToken& stop) {
+      return lumenor::RunShredCommand(*options, out, lumenor::ConsoleOutput::StandardError(), UsageError, stop);
+    });
   }
   if (command == L"junk") {
     std::wstring problem;
@@ -101,7 +118,10 @@ int wmain(int argc, wchar_t** argv) {
     if (!options) {
       return UsageError(problem);
     }
-    return lumenor::RunJunkCommand(*options, lumenor::MachinePaths(), out, lumenor::ConsoleOutput::StandardError());
+    return RunStoppable([&](const lumenor::StopToken& stop) {
+      return lumenor::RunJunkCommand(*options, lumenor::MachinePaths(), out, lumenor::ConsoleOutput::StandardError(),
+                                     stop);
+    });
   }
   return UsageError(L"unknown command: " + command);
 }

@@ -22,8 +22,9 @@ bool DeleteJunkFile(const std::wstring& path) {
   return DeleteFileW(apiPath.c_str()) != FALSE;
 }
 
-void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally) {
+void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally, const StopToken& stop) {
   for (const std::wstring& path : paths) {
+    if (stop.StopRequested()) return;
     if (DeleteJunkFile(path)) {
       tally.Erased(1);
     } else {

@@ -3,6 +3,7 @@
 // overwriting (that is the shredder's job).
 #pragma once
 
+#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <span>
@@ -16,7 +17,8 @@ inline std::wstring JunkPath(const std::wstring& folder, const std::wstring& nam
 // Deletes the file at `path`; false when it is still there, or is a folder.
 bool DeleteJunkFile(const std::wstring& path);
 
-// Deletes each file in turn, reporting one deletion or one failure per file.
-void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally);
+// Deletes each file in turn, reporting one deletion or one failure per file, until a
+// stop request (the result page's delete-all has no stop, and passes none).
+void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally, const StopToken& stop = StopToken());
 
 }  // namespace lumenor

@@ -1,9 +1,9 @@
 #include "scan/PrivacyRun.h"
 
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "engine/Locations.h"
 #include "engine/TraceEngine.h"
+#include "settings/Settings.h"
 
 #include <set>
 
@@ -42,8 +42,10 @@ std::vector<CMyObject*> ScanTickedItems(CMyObject* root, const std::vector<unsig
   return items;
 }
 
-void EraseFoundItems(const std::vector<CMyObject*>& items, EraseTally& tally, const FolderGuard& guard) {
+void EraseFoundItems(const std::vector<CMyObject*>& items, EraseTally& tally, const FolderGuard& guard,
+                     const StopToken& stop) {
   for (CMyObject* item : items) {
+    if (stop.StopRequested()) return;
     if (item->FoundCount() > 0) EraseItem(*item, tally, guard);
   }
 }
@@ -54,10 +56,14 @@ void TickOneClickList(ItemSelection& selection, const CIniFileRW& settings) {
 }
 
 void RunOneClickErase(CMyObject* root, const std::vector<unsigned>& tickedIds, const CIniFileRW* recentTo,
-                      RunReports& reports, const StopToken& stop, const FolderGuard& guard) {
+                      RunReports& reports, const StopToken& stop, const FolderGuard& guard,
+                      const StopToken& eraseStop) {
   const std::vector<CMyObject*> scanned = ScanTickedItems(root, tickedIds, recentTo, reports, stop, guard);
   reports.StageReached(RunStage::kEraseStarted);
-  for (CMyObject* item : scanned) EraseItem(*item, reports, guard);
+  for (CMyObject* item : scanned) {
+    if (eraseStop.StopRequested()) break;
+    EraseItem(*item, reports, guard);
+  }
   ResetFoundCounts(root);
   reports.StageReached(RunStage::kEraseFinished);
 }

@@ -4,12 +4,12 @@
 // main window shows as status texts.
 #pragma once
 
-#include "settings/IniFileRW.h"
 #include "catalogue/CMyObject.h"
 #include "engine/FolderSafety.h"
 #include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 #include "scan/ItemSelection.h"
+#include "settings/IniFileRW.h"
 
 #include <vector>
 
@@ -40,16 +40,21 @@ std::vector<CMyObject*> ScanTickedItems(CMyObject* root, const std::vector<unsig
                                         const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
                                         const FolderGuard& guard);
 
-// Erases each item whose last scan found something, in order.
-void EraseFoundItems(const std::vector<CMyObject*>& items, EraseTally& tally, const FolderGuard& guard);
+// Erases each item whose last scan found something, in order; a stop request ends it
+// before the next item (the erase dialog has no stop, and passes none).
+void EraseFoundItems(const std::vector<CMyObject*>& items, EraseTally& tally, const FolderGuard& guard,
+                     const StopToken& stop = StopToken());
 
 // Unticks everything, then ticks the one-click list of the settings file. A missing count
 // reads as one entry, itself reading as 1, which names no item: nothing is ticked then.
 void TickOneClickList(ItemSelection& selection, const CIniFileRW& settings);
 
 // The one-click erase after the list is ticked: a scan of the ticked items, then an erase
-// of every one of them, whether the scan found anything in it or not.
+// of every one of them, whether the scan found anything in it or not. `stop` ends the
+// scan; `eraseStop`, tested before each item of the erase, ends the erase too (the page's
+// stop ends only the scan, the command line's the whole run).
 void RunOneClickErase(CMyObject* root, const std::vector<unsigned>& tickedIds, const CIniFileRW* recentTo,
-                      RunReports& reports, const StopToken& stop, const FolderGuard& guard);
+                      RunReports& reports, const StopToken& stop, const FolderGuard& guard,
+                      const StopToken& eraseStop = StopToken());
 
 }  // namespace lumenor

@@ -49,11 +49,26 @@ std::vector<HWND> TopLevelWindowsOf(DWORD processId) {
   return search.windows;
 }
 
+BOOL WINAPI SwallowCtrlC(DWORD event) { return event == CTRL_C_EVENT ? TRUE : FALSE; }
+
 }  // namespace
 
 std::wstring ProgramBesideTest(std::wstring_view name) { return ModuleFolder() + std::wstring(name); }
 
 ProgramResult RunProgram(const std::wstring& program, std::wstring_view arguments, DWORD timeoutMs) {
+  bool unused = false;
+  return RunProgramAndPressCtrlC(program, arguments, nullptr, unused, timeoutMs);
+}
+
+ProgramResult RunProgramAndPressCtrlC(const std::wstring& program, std::wstring_view arguments,
+                                      const std::function<bool()>& ready, bool& delivered, DWORD timeoutMs) {
+  delivered = false;
+  if (ready && GetConsoleWindow() == nullptr) {
+    // Under Wine a test has at most a console without a window, which takes no events.
+    // Made before the pipes, so that the console's host inherits none of them.
+    FreeConsole();
+    AllocConsole();
+  }
   ProgramResult result;
   SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
   HANDLE outRead = nullptr, outWrite = nullptr, errRead = nullptr, errWrite = nullptr;
@@ -78,6 +93,16 @@ ProgramResult RunProgram(const std::wstring& program, std::wstring_view argument
   if (started) {
     std::thread outReader(DrainPipe, outRead, std::ref(result.out));
     std::thread errReader(DrainPipe, errRead, std::ref(result.err));
+    if (ready) {
+      const ULONGLONG start = GetTickCount64();
+      while (WaitForSingleObject(process.hProcess, 5) == WAIT_TIMEOUT && GetTickCount64() - start < timeoutMs) {
+        if (ready()) {
+          SetConsoleCtrlHandler(SwallowCtrlC, TRUE);
+          delivered = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
+          break;
+        }
+      }
+    }
     result.finished = WaitForSingleObject(process.hProcess, timeoutMs) == WAIT_OBJECT_0;
     if (!result.finished) {
       TerminateProcess(process.hProcess, 1);
