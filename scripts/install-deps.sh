@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what building and testing Lumenor on Debian 12 needs: CMake and Ninja, the
-# MinGW-w64 cross compilers (posix threading), GoogleTest's sources, Wine and Xvfb, and
-# what packaging needs: NSIS for the setup program, zip and unzip for the portable zips.
+# MinGW-w64 cross compilers (posix threading), GoogleTest's sources, Wine and Xvfb, clang
+# with libFuzzer and the sanitizers' runtimes (and llvm-symbolizer) for the native fuzz
+# harnesses, and what packaging needs: NSIS for the setup program, zip and unzip.
 # Does nothing when everything is already there.
 set -euo pipefail
 
@@ -11,6 +12,7 @@ packages=(
   googletest
   wine wine64
   xvfb xauth
+  clang libclang-rt-14-dev llvm
   nsis zip unzip
 )
 
