@@ -51,6 +51,17 @@ std::vector<HWND> TopLevelWindowsOf(DWORD processId) {
 
 BOOL WINAPI SwallowCtrlC(DWORD event) { return event == CTRL_C_EVENT ? TRUE : FALSE; }
 
+// A console for this test alone, with its output kept where it was.
+void UseConsoleOfOwn() {
+  const DWORD streams[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
+  HANDLE kept[3] = {};
+  for (int index = 0; index < 3; ++index) kept[index] = GetStdHandle(streams[index]);
+  FreeConsole();
+  AllocConsole();
+  for (int index = 0; index < 3; ++index) SetStdHandle(streams[index], kept[index]);
+  SetConsoleCtrlHandler(SwallowCtrlC, TRUE);
+}
+
 }  // namespace
 
 std::wstring ProgramBesideTest(std::wstring_view name) { return ModuleFolder() + std::wstring(name); }
@@ -63,11 +74,13 @@ ProgramResult RunProgram(const std::wstring& program, std::wstring_view argument
 ProgramResult RunProgramAndPressCtrlC(const std::wstring& program, std::wstring_view arguments,
                                       const std::function<bool()>& ready, bool& delivered, DWORD timeoutMs) {
   delivered = false;
-  if (ready && GetConsoleWindow() == nullptr) {
-    // Under Wine a test has at most a console without a window, which takes no events.
-    // Made before the pipes, so that the console's host inherits none of them.
-    FreeConsole();
-    AllocConsole();
+  if (ready) {
+    // Ctrl+C on a console of the test's own reaches the test, which swallows it, and the
+    // program, and no one else (Wine before 9 sends no Ctrl+Break, and a program in a
+    // group of its own ignores Ctrl+C). Made before the pipes, so that the console's
+    // host inherits none of them.
+    static const bool ownConsole = (UseConsoleOfOwn(), true);  // once: a second would close the first
+    (void)ownConsole;
   }
   ProgramResult result;
   SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
@@ -97,7 +110,6 @@ ProgramResult RunProgramAndPressCtrlC(const std::wstring& program, std::wstring_
       const ULONGLONG start = GetTickCount64();
       while (WaitForSingleObject(process.hProcess, 5) == WAIT_TIMEOUT && GetTickCount64() - start < timeoutMs) {
         if (ready()) {
-          SetConsoleCtrlHandler(SwallowCtrlC, TRUE);
           delivered = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
           break;
         }

@@ -29,10 +29,9 @@ struct ProgramResult {
 // Runs `program` with `arguments` to its end, collecting its standard output and error.
 ProgramResult RunProgram(const std::wstring& program, std::wstring_view arguments, DWORD timeoutMs = 60000);
 
-// The same, on a console it shares with this test (made first when the test has none
-// of its own), pressing Ctrl+C there once `ready` says so (asked every few milliseconds
-// while the program runs). The press reaches every program on that console: this test
-// swallows it from then on. `delivered` tells whether the console took the press.
+// The same, on a console of this test's own that the program shares, where Ctrl+C is
+// pressed once `ready` says so (asked every few milliseconds while the program runs). The
+// test swallows the press from then on. `delivered` tells whether the console took it.
 ProgramResult RunProgramAndPressCtrlC(const std::wstring& program, std::wstring_view arguments,
                                       const std::function<bool()>& ready, bool& delivered, DWORD timeoutMs = 60000);
 
