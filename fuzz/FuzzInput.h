@@ -16,6 +16,10 @@
 
 namespace lumenor::fuzz {
 
+// The native build keeps the platform's wchar_t (the C++ library's std::wstring is built
+// for it); what ships is held to 16 bits by the inputs and the checks below instead.
+static_assert(sizeof(wchar_t) == 4, "the harnesses narrow text to 16-bit units themselves");
+
 // The bytes read as UTF-8 where they are (surrogates encoded in three bytes included),
 // and each byte that starts no such sequence as the unit of the same value. So a seed
 // file is readable text, and every sequence of 16-bit units, lone surrogates too, can
