@@ -196,7 +196,8 @@ bool IsExactFolderPath(std::wstring_view folder) {
   while (!rest.empty()) {
     const size_t end = rest.find(L'\\');
     const std::wstring_view name = rest.substr(0, end);
-    if (name.empty() || name == L"." || name == L".." || HoldsForbiddenCharacter(name) || IsDeviceName(name)) {
+    if (end == std::wstring_view::npos || name.empty() || name == L"." || name == L".." ||
+        HoldsForbiddenCharacter(name) || IsDeviceName(name)) {
       return false;
     }
     rest.remove_prefix(end + 1);
