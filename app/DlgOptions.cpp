@@ -189,20 +189,67 @@ void CDlgOptions::Save() {
   }
 }
 
-bool CDlgOptions::OnEraseBackground(HDC dc) {
-  const RECT client = ClientRect();
-  (void)::FillRect(dc, &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
+void CDlgOptions::PaintBackground(HDC dc, const RECT& client) const {
+  (void)::FillRect(dc, &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));  // fails only without a DC
   // The panel frames every control of the page, however large dialog units make it.
   const RECT panel{kPanelInset, kPanelInset, client.right - kPanelInset, client.bottom - kPanelInset};
-  (void)panel_.DrawStretched(dc, panel);
+  (void)panel_.DrawStretched(dc, panel);  // without the picture the page stays white
+}
+
+bool CDlgOptions::OnEraseBackground(HDC dc) {
+  PaintBackground(dc, ClientRect());
   return true;
 }
 
+void CDlgOptions::PaintedBackground::Reset() {
+  if (brush != nullptr) (void)::DeleteObject(brush);  // ours, selected nowhere
+  if (bitmap != nullptr) (void)::DeleteObject(bitmap);
+  brush = nullptr;
+  bitmap = nullptr;
+  size = {};
+}
+
+HBRUSH CDlgOptions::BackgroundBrush() {
+  const RECT client = ClientRect();
+  const SIZE size{client.right - client.left, client.bottom - client.top};
+  if (background_.brush != nullptr && background_.size.cx == size.cx && background_.size.cy == size.cy) {
+    return background_.brush;
+  }
+  background_.Reset();
+  const HDC screen = ::GetDC(window_);
+  const HDC memory = screen != nullptr ? ::CreateCompatibleDC(screen) : nullptr;
+  const HBITMAP bitmap =
+      screen != nullptr && size.cx > 0 && size.cy > 0 ? ::CreateCompatibleBitmap(screen, size.cx, size.cy) : nullptr;
+  if (screen != nullptr) (void)::ReleaseDC(window_, screen);  // only says whether it was released
+  if (memory != nullptr && bitmap != nullptr) {
+    const HGDIOBJ previous = ::SelectObject(memory, bitmap);
+    PaintBackground(memory, client);
+    (void)::SelectObject(memory, previous);  // gives back our bitmap
+    background_.bitmap = bitmap;
+    background_.brush = ::CreatePatternBrush(bitmap);
+    background_.size = size;
+  } else if (bitmap != nullptr) {
+    (void)::DeleteObject(bitmap);  // ours, selected nowhere
+  }
+  if (memory != nullptr) (void)::DeleteDC(memory);  // ours
+  // Without a picture of the page the labels stay on white, as the page's edge is.
+  return background_.brush != nullptr ? background_.brush : static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH));
+}
+
 bool CDlgOptions::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  // Labels and frames lie over the panel picture.
-  if (message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORBTN || message == WM_CTLCOLORDLG) {
-    (void)::SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
-    result = reinterpret_cast<LRESULT>(::GetStockObject(message == WM_CTLCOLORDLG ? NULL_BRUSH : WHITE_BRUSH));
+  const auto dc = reinterpret_cast<HDC>(wParam);
+  if (message == WM_CTLCOLORDLG) {
+    (void)::SetBkMode(dc, TRANSPARENT);  // answers only the previous mode
+    result = reinterpret_cast<LRESULT>(::GetStockObject(NULL_BRUSH));
+    return true;
+  }
+  // Labels, check boxes and frames lie over the panel: their background is the page's own.
+  if (message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORBTN) {
+    POINT origin{0, 0};
+    (void)::MapWindowPoints(reinterpret_cast<HWND>(lParam), window_, &origin, 1);  // 0 is also a valid answer
+    (void)::SetBkMode(dc, TRANSPARENT);
+    (void)::SetBrushOrgEx(dc, -origin.x, -origin.y, nullptr);  // fails only without a DC
+    result = reinterpret_cast<LRESULT>(BackgroundBrush());
     return true;
   }
   return CDialog::OnMessage(message, wParam, lParam, result);

@@ -50,8 +50,28 @@ class CDlgOptions : public controls::CDialog {
   void EnableTimeLists(bool enable) const;
   int Checked(int id) const;
   int Selected(int id) const;
+  void PaintBackground(HDC dc, const RECT& client) const;
+  // What the page paints behind its controls, as a brush for the labels, check boxes and
+  // frames that lie on it: filled with it, aligned to where each stands, they let the
+  // panel show through as if they had no background. Made again when the page's size
+  // changes.
+  HBRUSH BackgroundBrush();
+
+  class PaintedBackground {
+   public:
+    PaintedBackground() = default;
+    PaintedBackground(const PaintedBackground&) = delete;
+    PaintedBackground& operator=(const PaintedBackground&) = delete;
+    ~PaintedBackground() { Reset(); }
+    void Reset();
+
+    SIZE size{};
+    HBITMAP bitmap = nullptr;
+    HBRUSH brush = nullptr;
+  };
 
   controls::CBitmapResource panel_;
+  PaintedBackground background_;
   controls::CNButtonEx save_;
   MessageBoxFunction messageBox_ = SystemMessageBox;
   std::function<void()> updateCheck_;

@@ -12,13 +12,6 @@ namespace lumenor {
 
 namespace {
 
-constexpr std::wstring_view kLongPrefix = L"\\\\?\\";
-constexpr std::wstring_view kDevicePrefix = L"\\\\.\\";
-
-bool IsDriveLetter(wchar_t c) { return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z'); }
-
-wchar_t UpperLetter(wchar_t c) { return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c; }
-
 bool SameText(std::wstring_view a, std::wstring_view b) {
   return a.size() == b.size() && CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
                                                       static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
@@ -26,81 +19,6 @@ bool SameText(std::wstring_view a, std::wstring_view b) {
 
 bool StartsWithText(std::wstring_view text, std::wstring_view start) {
   return text.size() >= start.size() && SameText(text.substr(0, start.size()), start);
-}
-
-bool HoldsForbiddenCharacter(std::wstring_view name) {
-  return std::any_of(name.begin(), name.end(), [](wchar_t c) {
-    return c < 32 || c == L'<' || c == L'>' || c == L':' || c == L'"' || c == L'|' || c == L'?' || c == L'*';
-  });
-}
-
-// The start of a path: its root in canonical form and where the folders below it begin.
-struct PathRoot {
-  std::wstring root;  // "C:\" or "\\server\share\"
-  std::wstring_view rest;
-};
-
-std::optional<PathRoot> SplitShareRoot(std::wstring_view afterSlashes, FolderVerdict& refusal) {
-  const size_t serverEnd = afterSlashes.find(L'\\');
-  const std::wstring_view server = afterSlashes.substr(0, serverEnd);
-  if (serverEnd == std::wstring_view::npos || server.empty()) {
-    // A server alone holds shares: no folder of it may be walked whole.
-    refusal = server.empty() ? FolderVerdict::kInvalidPath : FolderVerdict::kProtectedFolder;
-    return std::nullopt;
-  }
-  std::wstring_view rest = afterSlashes.substr(serverEnd);
-  while (!rest.empty() && rest.front() == L'\\') rest.remove_prefix(1);
-  const size_t shareEnd = rest.find(L'\\');
-  const std::wstring_view share = rest.substr(0, shareEnd);
-  if (share.empty()) {
-    refusal = FolderVerdict::kProtectedFolder;
-    return std::nullopt;
-  }
-  if (HoldsForbiddenCharacter(server) || HoldsForbiddenCharacter(share) || share == L"." || share == L"..") {
-    refusal = FolderVerdict::kInvalidPath;
-    return std::nullopt;
-  }
-  PathRoot root;
-  root.root = L"\\\\" + std::wstring(server) + L"\\" + std::wstring(share) + L"\\";
-  root.rest = shareEnd == std::wstring_view::npos ? std::wstring_view() : rest.substr(shareEnd);
-  return root;
-}
-
-std::optional<PathRoot> SplitRoot(std::wstring_view path, FolderVerdict& refusal) {
-  if (StartsWithText(path, kDevicePrefix)) {
-    refusal = FolderVerdict::kDevicePath;
-    return std::nullopt;
-  }
-  if (StartsWithText(path, kLongPrefix)) {
-    const std::wstring_view inner = path.substr(kLongPrefix.size());
-    if (StartsWithText(inner, L"UNC\\")) {
-      return SplitShareRoot(inner.substr(4), refusal);
-    }
-    // "\\?\C:\..." is a folder; "\\?\C:", "\\?\Volume{...}" and "\\?\GLOBALROOT..." are devices.
-    if (inner.size() >= 3 && IsDriveLetter(inner[0]) && inner[1] == L':' && inner[2] == L'\\') {
-      return PathRoot{std::wstring{UpperLetter(inner[0]), L':', L'\\'}, inner.substr(3)};
-    }
-    refusal = FolderVerdict::kDevicePath;
-    return std::nullopt;
-  }
-  if (path.size() >= 2 && path[0] == L'\\' && path[1] == L'\\') {
-    std::wstring_view afterSlashes = path.substr(2);
-    return SplitShareRoot(afterSlashes, refusal);
-  }
-  if (path.size() >= 2 && IsDriveLetter(path[0]) && path[1] == L':') {
-    if (path.size() == 2 || path[2] != L'\\') {
-      refusal = FolderVerdict::kRelativePath;  // "C:" and "C:temp" follow the drive's current folder
-      return std::nullopt;
-    }
-    return PathRoot{std::wstring{UpperLetter(path[0]), L':', L'\\'}, path.substr(3)};
-  }
-  refusal = FolderVerdict::kRelativePath;
-  return std::nullopt;
-}
-
-std::wstring_view WithoutTrailingDotsAndBlanks(std::wstring_view name) {
-  while (!name.empty() && (name.back() == L'.' || name.back() == L' ')) name.remove_suffix(1);
-  return name;
 }
 
 std::wstring ParentFolder(const std::wstring& canonical) {
@@ -111,95 +29,12 @@ std::wstring ParentFolder(const std::wstring& canonical) {
 
 }  // namespace
 
-std::wstring_view VerdictReason(FolderVerdict verdict) {
-  switch (verdict) {
-    case FolderVerdict::kAllowed:
-      return L"allowed";
-    case FolderVerdict::kRelativePath:
-      return L"relative path";
-    case FolderVerdict::kDevicePath:
-      return L"device path";
-    case FolderVerdict::kInvalidPath:
-      return L"invalid path";
-    case FolderVerdict::kProtectedFolder:
-      return L"protected folder";
-    case FolderVerdict::kLink:
-      return L"link";
-  }
-  return L"refused";
-}
-
 std::wstring SkipReason(const SkippedLocation& skipped) {
   return skipped.why.empty() ? std::wstring(VerdictReason(skipped.reason)) : skipped.why;
 }
 
-std::optional<std::wstring> CanonicalFolder(std::wstring_view folder, FolderVerdict* refusal) {
-  FolderVerdict why = FolderVerdict::kInvalidPath;
-  const auto refuse = [&](FolderVerdict verdict) -> std::optional<std::wstring> {
-    if (refusal != nullptr) *refusal = verdict;
-    return std::nullopt;
-  };
-  std::wstring path(folder);
-  std::replace(path.begin(), path.end(), L'/', L'\\');
-  if (path.empty()) return refuse(FolderVerdict::kRelativePath);
-
-  const std::optional<PathRoot> root = SplitRoot(path, why);
-  if (!root) return refuse(why);
-
-  std::vector<std::wstring_view> names;
-  std::wstring_view rest = root->rest;
-  while (!rest.empty()) {
-    const size_t end = rest.find(L'\\');
-    const std::wstring_view name = rest.substr(0, end);
-    rest = end == std::wstring_view::npos ? std::wstring_view() : rest.substr(end + 1);
-    if (name.empty() || name == L".") continue;
-    if (name == L"..") {
-      if (!names.empty()) names.pop_back();
-      continue;
-    }
-    const std::wstring_view trimmed = WithoutTrailingDotsAndBlanks(name);
-    if (trimmed.empty() || HoldsForbiddenCharacter(trimmed)) return refuse(FolderVerdict::kInvalidPath);
-    if (IsDeviceName(trimmed)) return refuse(FolderVerdict::kDevicePath);
-    names.push_back(trimmed);
-  }
-
-  std::wstring canonical = root->root;
-  for (const std::wstring_view name : names) {
-    canonical += name;
-    canonical += L'\\';
-  }
-  if (refusal != nullptr) *refusal = FolderVerdict::kAllowed;
-  return canonical;
-}
-
-bool IsExactFolderPath(std::wstring_view folder) {
-  if (folder.empty() || folder.back() != L'\\' || folder.find(L'/') != std::wstring_view::npos) return false;
-  FolderVerdict why = FolderVerdict::kInvalidPath;
-  const std::optional<PathRoot> root = SplitRoot(folder, why);
-  if (!root || StartsWithText(folder, kLongPrefix)) return false;
-  // The root as written must be its canonical form: one backslash between its parts.
-  if (folder.size() < root->root.size() || !SameText(folder.substr(0, root->root.size()), root->root)) return false;
-  std::wstring_view rest = folder.substr(root->root.size());
-  while (!rest.empty()) {
-    const size_t end = rest.find(L'\\');
-    const std::wstring_view name = rest.substr(0, end);
-    if (name.empty() || name == L"." || name == L".." || HoldsForbiddenCharacter(name) || IsDeviceName(name)) {
-      return false;
-    }
-    rest.remove_prefix(end + 1);
-  }
-  return true;
-}
-
 bool FolderContains(std::wstring_view outer, std::wstring_view inner) {
   return outer.size() <= inner.size() && !outer.empty() && outer.back() == L'\\' && StartsWithText(inner, outer);
-}
-
-bool IsVolumeRoot(std::wstring_view canonicalFolder) {
-  if (canonicalFolder.size() == 3 && canonicalFolder[1] == L':') return true;
-  if (canonicalFolder.substr(0, 2) != L"\\\\") return false;
-  // "\\server\share\": exactly four backslashes.
-  return std::count(canonicalFolder.begin(), canonicalFolder.end(), L'\\') == 4;
 }
 
 bool IsLinkFolder(const std::wstring& folder) {

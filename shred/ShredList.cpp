@@ -75,31 +75,6 @@ class Walk {
 
 }  // namespace
 
-std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath, ShredFailure* failure) {
-  const auto refuse = [&](ShredFailure why) -> std::optional<ShredTarget> {
-    if (failure != nullptr) *failure = why;
-    return std::nullopt;
-  };
-  const size_t slash = fullPath.find_last_of(L'\\');
-  if (slash == std::wstring_view::npos || slash + 1 == fullPath.size()) {
-    return refuse(ShredFailure::kBadPath);
-  }
-  const std::wstring_view name = fullPath.substr(slash + 1);
-  if (name == L"." || name == L".." || name.find_first_of(L"/:*?\"<>|") != std::wstring_view::npos) {
-    return refuse(ShredFailure::kBadPath);
-  }
-  std::optional<std::wstring> folder = CanonicalFolder(fullPath.substr(0, slash + 1));
-  if (!folder) {
-    return refuse(ShredFailure::kBadPath);
-  }
-  // Every file is opened by its "\\?\" name; a typed name that the plain form reads
-  // otherwise ("a." as "a", "NUL" as the device) would shred a file nobody chose.
-  if (!IsUnambiguousFileName(name)) {
-    return refuse(ShredFailure::kAmbiguousName);
-  }
-  return ShredTarget{std::move(*folder), std::wstring(name), 0};
-}
-
 AddResult ShredList::AddFile(std::wstring_view fullPath, Refusal* refusal) {
   ShredFailure failure = ShredFailure::kNone;
   std::optional<ShredTarget> target = SplitFilePath(fullPath, &failure);
@@ -144,7 +119,7 @@ size_t ShredList::AddFolder(const SafeFolder& folder, const std::function<void(c
     if (IsDotEntry(entry.cFileName)) {
       // neither a file nor a folder of its own
     } else if (IsReparsePoint(entry.dwFileAttributes)) {
-      refused(Refusal{path, ShredFailure::kLink});
+      refused(Refusal{path, ShredFailure::kLink, isFolder});
     } else if (isFolder) {
       if (walk.Push(path + L"\\")) {
         continue;  // its first entry is next; this folder goes on after it

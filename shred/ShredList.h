@@ -6,6 +6,7 @@
 #include "engine/FolderSafety.h"
 #include "shred/ShredFailure.h"
 #include "shred/ShredJob.h"
+#include "shred/ShredPath.h"
 
 #include <functional>
 #include <optional>
@@ -16,18 +17,13 @@
 
 namespace lumenor {
 
-// "C:\x\a.txt" as folder "C:\x\" and name "a.txt", cut at the last backslash; the
-// folder in canonical form. Nothing for a relative or device path, a path without a
-// name, or one the folder rules cannot read (`failure`: kBadPath), nor for a name that
-// Windows would read as another file or a device (kAmbiguousName).
-std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath, ShredFailure* failure = nullptr);
-
 enum class AddResult { kAdded, kAlreadyListed, kRefused };
 
 // A file that was not listed, and why.
 struct Refusal {
   std::wstring path;
   ShredFailure failure = ShredFailure::kNone;
+  bool folderLink = false;  // a link to a folder, passed over in a folder walk: no file at all
 };
 
 class ShredList {
@@ -37,7 +33,8 @@ class ShredList {
   AddResult AddFile(std::wstring_view fullPath, Refusal* refusal = nullptr);
 
   // Lists every file below `folder`. Links, to files or folders, are never entered and
-  // are refused; so are files that AddFile refuses. Returns how many files were added.
+  // are refused (a folder link marked as such); so are files that AddFile refuses.
+  // Returns how many files were added.
   size_t AddFolder(const SafeFolder& folder, const std::function<void(const Refusal&)>& refused);
 
   const std::vector<ShredTarget>& Targets() const { return targets_; }

@@ -1,11 +1,14 @@
 // The scheduled scan: the 60-second tick against an injected local time.
 #include "app/DlgOptions.h"
+#include "app/Scheduler.h"
 #include "junk/JunkState.h"
 #include "scan/ScanState.h"
 #include "tests/shell/ShellTestSupport.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <climits>
 
 namespace lumenor {
 namespace {
@@ -107,6 +110,17 @@ TEST_F(SchedulerTick, ATickIsSkippedWhileAnEraseOrAJunkSearchRuns) {
   EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 0);
   JunkSearchRunning = 0;
   EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 1);
+}
+
+TEST(ScheduledScanDue, HoursOutOfRangeAreTakenAsTheyStandWithoutOverflow) {
+  for (const int hour : {INT_MAX, INT_MAX - 11, INT_MAX - 12}) {
+    for (const WORD now : {0, 11, 12, 23}) {
+      EXPECT_FALSE(ScheduledScanDue(Schedule(1, 0, hour, 38, 1), At(14, now, 38))) << hour << " PM at " << now;
+    }
+  }
+  EXPECT_TRUE(ScheduledScanDue(Schedule(1, 0, -12, 38, 1), At(14, 0, 38))) << "-12 PM reads as 0:38, as ever";
+  EXPECT_TRUE(ScheduledScanDue(Schedule(1, 0, 14, 38, 0), At(14, 14, 38))) << "14 AM reads as 14:38, as ever";
+  EXPECT_FALSE(ScheduledScanDue(Schedule(1, 0, INT_MIN, 38, 1), At(14, 0, 38)));
 }
 
 TEST_F(SchedulerTick, FiringShowsTheBalloonBeforeTheErasesStagesTakeOver) {

@@ -1,4 +1,6 @@
-#include "engine/FilePath.h"
+#include "engine/FileNames.h"
+
+#include "base/AsciiText.h"
 
 #include <algorithm>
 #include <array>
@@ -37,13 +39,6 @@ std::wstring FoldBackslashes(std::wstring_view path, size_t from) {
   return folded;
 }
 
-wchar_t UpperAscii(wchar_t c) { return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c; }
-
-bool SameAsciiText(std::wstring_view text, std::wstring_view upper) {
-  return text.size() == upper.size() &&
-         std::equal(text.begin(), text.end(), upper.begin(), [](wchar_t a, wchar_t b) { return UpperAscii(a) == b; });
-}
-
 // The digits Windows takes after COM and LPT: 0 to 9 and the superscripts one, two, three.
 bool IsPortDigit(wchar_t c) { return (c >= L'0' && c <= L'9') || c == L'\u00B9' || c == L'\u00B2' || c == L'\u00B3'; }
 
@@ -67,10 +62,13 @@ bool IsDeviceName(std::wstring_view name) {
   std::wstring_view stem = name.substr(0, name.find(L'.'));
   while (!stem.empty() && stem.back() == L' ') stem.remove_suffix(1);
   static constexpr std::array<std::wstring_view, 6> kPlain = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
-  if (std::any_of(kPlain.begin(), kPlain.end(), [&](std::wstring_view device) { return SameAsciiText(stem, device); })) {
+  if (std::any_of(kPlain.begin(), kPlain.end(),
+                  [&](std::wstring_view device) { return SameAsciiTextIgnoringCase(stem, device); })) {
     return true;
   }
-  return stem.size() == 4 && (SameAsciiText(stem.substr(0, 3), L"COM") || SameAsciiText(stem.substr(0, 3), L"LPT")) &&
+  return stem.size() == 4 &&
+         (SameAsciiTextIgnoringCase(stem.substr(0, 3), L"COM") ||
+          SameAsciiTextIgnoringCase(stem.substr(0, 3), L"LPT")) &&
          IsPortDigit(stem[3]);
 }
 
