@@ -1,6 +1,5 @@
 #include "app/PcApp.h"
 
-#include "app/StartupState.h"
 #include "catalogue/Catalogue.h"
 
 #include <windows.h>
@@ -14,9 +13,9 @@ bool CPcApp::InitInstance() {
     return false;
   }
 
-  (void)ParseCommandLine();  // its result is kept in the start-up state
+  (void)ParseCommandLine();  // its result is kept in the switches
 
-  const bool showSplash = AutoStarted == 0;
+  const bool showSplash = !switches_.autoStarted;
   if (showSplash) {
     ShowSplash();
   }
@@ -25,8 +24,13 @@ bool CPcApp::InitInstance() {
     CloseSplash();
   }
 
-  RunMainWindow();
+  RunMainWindow(switches_);
   return false;
+}
+
+int CPcApp::ParseCommandLine() {
+  switches_ = ReadStartupSwitches(commandLine_);
+  return switches_.hasShredPath ? 1 : 0;
 }
 
 int CPcApp::ExitInstance() {

@@ -35,8 +35,8 @@ class LumenorApp final : public lumenor::CPcApp {
       (void)::DispatchMessageW(&message);
     }
   }
-  void RunMainWindow() override {
-    lumenor::CPcDlg mainWindow;
+  void RunMainWindow(const lumenor::StartupSwitches& switches) override {
+    lumenor::CPcDlg mainWindow(lumenor::OpenWithShell, switches);
     (void)mainWindow.DoModal(nullptr);  // ends with the quit message; nothing to do with its code
   }
 

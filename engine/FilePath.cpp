@@ -1,5 +1,7 @@
 #include "engine/FilePath.h"
 
+#include "base/UniqueHandle.h"
+
 #include <algorithm>
 #include <array>
 
@@ -67,7 +69,8 @@ bool IsDeviceName(std::wstring_view name) {
   std::wstring_view stem = name.substr(0, name.find(L'.'));
   while (!stem.empty() && stem.back() == L' ') stem.remove_suffix(1);
   static constexpr std::array<std::wstring_view, 6> kPlain = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
-  if (std::any_of(kPlain.begin(), kPlain.end(), [&](std::wstring_view device) { return SameAsciiText(stem, device); })) {
+  if (std::any_of(kPlain.begin(), kPlain.end(),
+                  [&](std::wstring_view device) { return SameAsciiText(stem, device); })) {
     return true;
   }
   return stem.size() == 4 && (SameAsciiText(stem.substr(0, 3), L"COM") || SameAsciiText(stem.substr(0, 3), L"LPT")) &&
@@ -83,6 +86,30 @@ bool IsUnambiguousFileName(std::wstring_view name) {
            c == L'?' || c == L'*';
   });
   return !forbidden && !IsDeviceName(name);
+}
+
+std::optional<FileIdentity> IdentityOfHandle(HANDLE handle) {
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileInformationByHandle(handle, &information) == FALSE) {
+    return std::nullopt;
+  }
+  const FileIdentity identity{information.dwVolumeSerialNumber,
+                              (static_cast<uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow};
+  if (identity.file == 0) {
+    return std::nullopt;  // a file system without numbers would make everything the same
+  }
+  return identity;
+}
+
+std::optional<FileIdentity> IdentityOfPath(std::wstring_view path) {
+  // Links on the way are followed: the identity is of what the path leads to.
+  const UniqueHandle handle(CreateFileW(ForFileApi(path).c_str(), FILE_READ_ATTRIBUTES,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!handle) {
+    return std::nullopt;
+  }
+  return IdentityOfHandle(handle.Get());
 }
 
 }  // namespace lumenor

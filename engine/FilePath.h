@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +27,21 @@ bool IsDeviceName(std::wstring_view name);
 // form as in the "\\?\" form: not empty, no "." or "..", no control character or one of
 // <>:"/\|?*, no trailing dot or blank, and no device name.
 bool IsUnambiguousFileName(std::wstring_view name);
+
+// What the file system knows a file or folder by on its volume, whatever its spelling
+// (a short name, a folder link above it, a drive letter given to a folder).
+struct FileIdentity {
+  uint32_t volume = 0;
+  uint64_t file = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
+// Of what `handle` has open; nothing when the system does not tell, or tells no number.
+std::optional<FileIdentity> IdentityOfHandle(HANDLE handle);
+// Of the file or folder `path` (any form) leads to; nothing when it cannot be opened or the
+// system tells no number.
+std::optional<FileIdentity> IdentityOfPath(std::wstring_view path);
+
+inline bool IsFolder(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
 
 // Whether the entry is a link of any kind (junction, symbolic link, mount point): such
 // an entry is never entered.

@@ -2,7 +2,7 @@
 // or one named value.
 #pragma once
 
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <windows.h>

@@ -3,9 +3,9 @@
 // application and its category.
 #pragma once
 
+#include "base/StopToken.h"
 #include "catalogue/CMyObject.h"
 #include "engine/FolderSafety.h"
-#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 #include "scan/DlgScan.h"
 
-#include "settings/Settings.h"
 #include "base/ResourceString.h"
+#include "base/Texts.h"
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"
 #include "controls/ListFeed.h"
@@ -9,7 +9,7 @@
 #include "res/artwork_ids.h"
 #include "res/resource.h"
 #include "scan/DlgScanResult.h"
-#include "scan/ScanState.h"
+#include "settings/Settings.h"
 
 #include <commctrl.h>
 
@@ -77,7 +77,7 @@ INT_PTR RunEraseProgressDialog(HWND owner, int total, std::function<void(EraseTa
 class CDlgScan::PageReports final : public RunReports {
  public:
   explicit PageReports(CDlgScan& page)
-      : page_(page), rows_(page.tasks_, page.results_, [&page](const std::vector<controls::ListRow>& rows) {
+      : page_(page), rows_(page.tasks_, page.results_, [&page](std::span<const controls::ListRow> rows) {
           for (const controls::ListRow& row : rows) page.foundCount_ += row.tag == kSkippedRowTag ? 0 : 1;
           page.tree_.RefreshCounts();
         }) {}
@@ -99,9 +99,7 @@ class CDlgScan::PageReports final : public RunReports {
                                 trace.isRegistry ? kRegistryRowTag : LPARAM{0}});
   }
   void LocationSkipped(const SkippedLocation& skipped) override {
-    std::wstring text = LoadResourceString(IDS_SCAN_SKIPPED);
-    const size_t slot = text.find(L"%s");
-    if (slot != std::wstring::npos) text.replace(slot, 2, VerdictReason(skipped.reason));
+    std::wstring text = FillIn(LoadResourceString(IDS_SCAN_SKIPPED), {VerdictReason(skipped.reason)});
     rows_.Add(controls::ListRow{{skipped.item->Name(), std::move(text), skipped.location}, kSkippedRowTag});
   }
   // The one-click erase runs without the progress dialog: nobody counts its deletions.
@@ -123,17 +121,8 @@ CDlgScan::CDlgScan()
       reports_(std::make_unique<PageReports>(*this)),
       runEraseDialog_(RunEraseProgressDialog) {}
 
-CDlgScan::~CDlgScan() {
-  tasks_.Unbind();
-  if (stop_) {
-    stop_->Request();  // a scan stops after its current item; an erase runs to its end
-  }
-  if (worker_.joinable()) {
-    worker_.join();
-  }
-}
-
-bool CDlgScan::Busy() const { return running_.load() || lumenor::EraseDialogOpen.load() != 0; }
+// The worker goes first: a scan stops after its current item; an erase runs to its end.
+CDlgScan::~CDlgScan() = default;
 
 bool CDlgScan::OnInit() {
   (void)animation_.Attach(window_, IDC_SCAN_ANIMATION);
@@ -222,8 +211,7 @@ void CDlgScan::EmptyResults() {
 }
 
 void CDlgScan::BeginScanLook() {
-  ScanBusy = 1;
-  ScanRunning = 1;
+  scanning_ = true;
   ShowScanLook(true);
   EnableActions(false);
   EmptyResults();
@@ -244,8 +232,7 @@ void CDlgScan::OnStage(RunStage stage) {
       ShowScanLook(false);
       EnableActions(true);
       animation_.Stop();
-      ScanBusy = 0;
-      ScanRunning = 0;
+      scanning_ = false;
       status(false, IDS_STATUS_SCAN_DONE, IDS_STATUS_SCAN_TOTAL);
       break;
     case RunStage::kEraseStarted:
@@ -260,33 +247,32 @@ void CDlgScan::OnStage(RunStage stage) {
   }
 }
 
-void CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run) {
-  if (worker_.joinable()) {
-    worker_.join();  // the last one has ended: nothing could start while it ran
-  }
-  // Every run has a stop signal of its own, so a stop meant for an earlier one is never
-  // taken for a stop of this one.
-  stop_ = std::make_shared<StopSignal>();
-  running_ = true;
-  worker_ = std::thread([this, stop = stop_, run = std::move(run)] {
-    run(*reports_, StopToken(stop.get()));
-    (void)tasks_.Post([this] { running_ = false; });  // refused once the page is gone
-  });
+bool CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run) {
+  return worker_.Start([this, run = std::move(run)](const StopToken& stop) { run(*reports_, stop); },
+                       [this](controls::RunEnd end) {
+                         if (end == controls::RunEnd::kNotStarted) RunNotStarted();
+                       });
+}
+
+void CDlgScan::RunNotStarted() {
+  // No stage was reached, so the notification area was never told of this run.
+  ShowScanLook(false);
+  EnableActions(true);
+  animation_.Stop();
+  scanning_ = false;
 }
 
 void CDlgScan::StartScan() {
-  if (ScanBusy != 0) {
-    if (stop_) {
-      stop_->Request();
-    }
+  if (scanning_) {
+    worker_.RequestStop();
     return;
   }
-  if (running_) {
+  if (worker_.Running()) {
     return;  // a one-click erase is still erasing
   }
   BeginScanLook();
   const std::vector<unsigned> ids = selection_.TickedItems();
-  StartWorker([this, ids](PageReports& reports, const StopToken& stop) {
+  (void)StartWorker([this, ids](PageReports& reports, const StopToken& stop) {  // one that cannot start ends at once
     const FolderGuard guard(MachinePaths());
     std::vector<CMyObject*> scanned = ScanTickedItems(CatalogueRoot(), ids, &settings_, reports, stop, guard);
     (void)tasks_.Post([this, scanned = std::move(scanned)] { scanned_ = scanned; });  // the page went: no erase
@@ -302,24 +288,23 @@ bool CDlgScan::StartOneClickErase() {
   tree_.RefreshChecks();
   BeginScanLook();
   const std::vector<unsigned> ids = selection_.TickedItems();
-  StartWorker([this, ids](PageReports& reports, const StopToken& stop) {
+  return StartWorker([this, ids](PageReports& reports, const StopToken& stop) {
     const FolderGuard guard(MachinePaths());
     RunOneClickErase(CatalogueRoot(), ids, &settings_, reports, stop, guard);
   });
-  return true;
 }
 
 void CDlgScan::Erase() {
   if (scanned_.empty() || foundCount_ < 1 || Busy()) {
     return;
   }
-  EraseDialogOpen = 1;
+  eraseDialogOpen_ = true;
   const std::vector<CMyObject*> items = scanned_;
   const INT_PTR result = runEraseDialog_(window_, foundCount_, [items](EraseTally& tally) {
     const FolderGuard guard(MachinePaths());
     EraseFoundItems(items, tally, guard);
   });
-  EraseDialogOpen = 0;
+  eraseDialogOpen_ = false;
   // Only the dialog's hidden Cancel button ends it so; a dialog that could not be shown
   // (-1) never restarts the machine.
   if (result != IDOK && result != -1) {
@@ -355,13 +340,11 @@ void CDlgScan::SelectAll() {
     return ::MessageBoxW(window_, LoadResourceString(IDS_SELECT_ALL_WARNING).c_str(),
                          LoadResourceString(IDS_SELECT_ALL_CAPTION).c_str(), MB_YESNO | MB_ICONEXCLAMATION) != IDNO;
   };
-  selection_.SelectAll(ScanBusy != 0, ask);
+  selection_.SelectAll(scanning_, ask);
 }
 
 void CDlgScan::WaitForWorker() {
-  if (worker_.joinable()) {
-    worker_.join();
-  }
+  worker_.Join();
   tasks_.RunPending();
 }
 
@@ -381,11 +364,11 @@ bool CDlgScan::OnCommand(int id, int code, HWND control) {
       tree_.RefreshChecks();
       return true;
     case IDC_SCAN_SELECT_NONE:
-      selection_.SelectNone(ScanBusy != 0);
+      selection_.SelectNone(scanning_);
       tree_.RefreshChecks();
       return true;
     case IDC_SCAN_SELECT_DEFAULT:
-      selection_.SelectDefault(ScanBusy != 0, settings_);
+      selection_.SelectDefault(scanning_, settings_);
       tree_.RefreshChecks();
       return true;
     default:

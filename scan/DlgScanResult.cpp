@@ -63,19 +63,10 @@ class CDlgScanResult::WorkerTally final : public EraseTally {
 CDlgScanResult::CDlgScanResult(int total, Job job)
     : CDialog(IDD_ERASE_PROGRESS), job_(std::move(job)), progress_(total) {}
 
-CDlgScanResult::~CDlgScanResult() {
-  tasks_.Unbind();
-  if (worker_.joinable()) {
-    worker_.join();
-  }
-}
-
 INT_PTR CDlgScanResult::Run(HWND owner) {
   const INT_PTR result = DoModal(owner);
   tasks_.Unbind();
-  if (worker_.joinable()) {
-    worker_.join();  // the dialog closes only once the erase has ended
-  }
+  worker_.Join();  // the dialog closes only once the erase has ended
   return result;
 }
 
@@ -125,14 +116,14 @@ bool CDlgScanResult::OnInit() {
 
   // The worker starts only now, with the queue bound: what it reports finds the window.
   tasks_.Bind(window_);
-  worker_ = std::thread([this] {
-    WorkerTally tally(*this);
-    if (job_) {
-      job_(tally);
-    }
-    finished_.store(true);
-    (void)tasks_.Post([this] { ShowEnd(); });  // refused once the window went: nothing to show
-  });
+  (void)worker_.Start(
+      [this](const StopToken&) {
+        WorkerTally tally(*this);
+        if (job_) {
+          job_(tally);
+        }
+      },
+      [this](controls::RunEnd end) { ShowEnd(end); });  // an erase runs to its end: no stop
   return true;
 }
 
@@ -236,7 +227,18 @@ void CDlgScanResult::ShowFigures(int deleted, int failed) {
   failedDisplay_.SetDigits(std::to_wstring(failed));
 }
 
-void CDlgScanResult::ShowEnd() {
+void CDlgScanResult::ShowEnd(controls::RunEnd end) {
+  if (end == controls::RunEnd::kNotStarted) {
+    // Nothing was erased: told as one failure, with the figures and the warning.
+    int failed = 0;
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      (void)progress_.Failed();
+      failed = progress_.FailedCount();
+    }
+    ShowFigures(0, failed);
+  }
+  finished_.store(true);
   animation_.Stop();
   // The warning first: once Close shows, the dialog's end is all on screen.
   if (Progress().FailedCount() > 0) {

@@ -4,12 +4,12 @@
 // main window shows as status texts.
 #pragma once
 
-#include "settings/IniFileRW.h"
+#include "base/StopToken.h"
 #include "catalogue/CMyObject.h"
 #include "engine/FolderSafety.h"
-#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 #include "scan/ItemSelection.h"
+#include "settings/IniFileRW.h"
 
 #include <vector>
 

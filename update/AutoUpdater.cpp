@@ -2,6 +2,7 @@
 
 #include "base/ModulePath.h"
 #include "base/TextEncoding.h"
+#include "base/Texts.h"
 #include "base/UniqueHandle.h"
 
 #include <array>
@@ -70,11 +71,6 @@ std::wstring_view Trimmed(std::wstring_view text) {
   return text;
 }
 
-bool SameName(std::wstring_view a, std::wstring_view b) {
-  return a.size() == b.size() && ::CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
-                                                        static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
-}
-
 }  // namespace
 
 int CompareVersions(std::wstring_view a, std::wstring_view b) {
@@ -123,11 +119,11 @@ std::wstring IniValue(std::string_view text, std::wstring_view section, std::wst
     const std::wstring_view line = Trimmed(std::wstring_view(wide).substr(start, end - start));
     start = end == std::wstring::npos ? wide.size() + 1 : end + 1;
     if (line.size() >= 2 && line.front() == L'[' && line.back() == L']') {
-      inSection = SameName(Trimmed(line.substr(1, line.size() - 2)), section);
+      inSection = SameText(Trimmed(line.substr(1, line.size() - 2)), section);
       continue;
     }
     const size_t equals = line.find(L'=');
-    if (!inSection || equals == std::wstring_view::npos || !SameName(Trimmed(line.substr(0, equals)), key)) continue;
+    if (!inSection || equals == std::wstring_view::npos || !SameText(Trimmed(line.substr(0, equals)), key)) continue;
     // Kept whole however long: a value cut down could read as another version.
     return std::wstring(Trimmed(line.substr(equals + 1)));
   }

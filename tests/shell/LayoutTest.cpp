@@ -5,10 +5,10 @@
 // its own, at 144, where dialog units are half as large again as pictures' pixels.
 #include "app/DlgWelcome.h"
 #include "catalogue/Catalogue.h"
-#include "catalogue/DlgOptionsChoose.h"
 #include "controls/Layout.h"
 #include "controls/NButtonEx.h"
 #include "res/resource.h"
+#include "scan/DlgOptionsChoose.h"
 #include "scan/DlgScanResult.h"
 #include "tests/shell/ShellTestSupport.h"
 #include "tests/support/TempFolder.h"

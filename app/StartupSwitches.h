@@ -1,5 +1,5 @@
-// What the command line asked for at start-up. Written once before the main window
-// exists, then only by the GUI thread.
+// What the command line asks for at start-up. The application object reads it once and
+// hands it to the main window, which owns it from then on.
 #pragma once
 
 #include <string>
@@ -7,14 +7,11 @@
 
 namespace lumenor {
 
-// 1 when started at log-on ("-A"): no splash, and the main window starts hidden until a
-// page is brought forward from the notification-area menu.
-extern int AutoStarted;
-// The path handed to the shredder with "-S:", or empty.
-extern std::wstring ShredPathArgument;
-
 struct StartupSwitches {
+  // Started at log-on ("-A"): no splash, and the main window starts hidden until a page
+  // is brought forward from the notification-area menu.
   bool autoStarted = false;
+  // "-S:" was given; `shredPath` is everything after it, the path handed to the shredder.
   bool hasShredPath = false;
   std::wstring shredPath;
 };
@@ -24,8 +21,7 @@ struct StartupSwitches {
 // and "-S:" followed by everything to the end of the line, kept exactly as it stands.
 StartupSwitches ReadStartupSwitches(std::wstring_view commandLine);
 
-// Sets AutoStarted and ShredPathArgument from the process's command line; returns 1 when
-// "-S:" was given, else 0.
-int ParseCommandLine();
+// The command line this process was started with.
+std::wstring ProcessCommandLine();
 
 }  // namespace lumenor

@@ -1,11 +1,8 @@
-#include "app/StartupState.h"
+#include "app/StartupSwitches.h"
 
 #include <windows.h>
 
 namespace lumenor {
-
-int AutoStarted = 0;
-std::wstring ShredPathArgument;
 
 StartupSwitches ReadStartupSwitches(std::wstring_view commandLine) {
   StartupSwitches switches;
@@ -22,17 +19,9 @@ StartupSwitches ReadStartupSwitches(std::wstring_view commandLine) {
   return switches;
 }
 
-int ParseCommandLine() {
+std::wstring ProcessCommandLine() {
   const wchar_t* commandLine = GetCommandLineW();
-  const StartupSwitches switches = ReadStartupSwitches(commandLine != nullptr ? commandLine : L"");
-  if (switches.autoStarted) {
-    AutoStarted = 1;
-  }
-  if (!switches.hasShredPath) {
-    return 0;
-  }
-  ShredPathArgument = switches.shredPath;
-  return 1;
+  return commandLine != nullptr ? commandLine : L"";
 }
 
 }  // namespace lumenor
