@@ -4,6 +4,7 @@
 #include "app/ShellMessages.h"
 #include "base/ModulePath.h"
 #include "base/ResourceString.h"
+#include "controls/GdiOwners.h"
 #include "res/resource.h"
 
 #include <commctrl.h>
@@ -355,13 +356,11 @@ bool CPcDlg::OnPaint() {
   if (autoStarted_) {
     Show(SW_HIDE);
   }
-  PAINTSTRUCT paint{};
-  HDC dc = ::BeginPaint(window_, &paint);
-  if (dc == nullptr) {
+  const controls::PaintDC dc(window_);
+  if (!dc) {
     return false;
   }
-  skin_.Paint(dc);
-  (void)::EndPaint(window_, &paint);
+  skin_.Paint(dc.Get());
   return true;
 }
 

@@ -1,5 +1,6 @@
 #include "scan/DlgScanResult.h"
 
+#include "controls/GdiOwners.h"
 #include "controls/MemDC.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
@@ -182,8 +183,8 @@ void CDlgScanResult::ShapeWindowToPicture() {
 
   // The window leaves out the magenta pixels near each corner of the picture, so its
   // corners follow the picture's rounded ones.
-  HRGN shape = ::CreateRectRgn(0, 0, size.cx, size.cy);
-  if (shape == nullptr) {
+  controls::OwnedRegion shape(::CreateRectRgn(0, 0, size.cx, size.cy));
+  if (!shape) {
     return;
   }
   const RECT corners[] = {{0, 0, kCornerReach, kCornerReach},
@@ -192,15 +193,14 @@ void CDlgScanResult::ShapeWindowToPicture() {
                           {size.cx - kCornerReach, size.cy - kCornerReach, size.cx, size.cy}};
   for (const RECT& corner : corners) {
     for (const POINT pixel : background_.PixelsOfColour(kOutside, corner)) {
-      HRGN dot = ::CreateRectRgn(pixel.x, pixel.y, pixel.x + 1, pixel.y + 1);
-      if (dot != nullptr) {
-        (void)::CombineRgn(shape, shape, dot, RGN_DIFF);  // a pixel left in is only a pixel
-        (void)::DeleteObject(dot);
+      const controls::OwnedRegion dot(::CreateRectRgn(pixel.x, pixel.y, pixel.x + 1, pixel.y + 1));
+      if (dot) {
+        (void)::CombineRgn(shape.Get(), shape.Get(), dot.Get(), RGN_DIFF);  // a pixel left in is only a pixel
       }
     }
   }
-  if (::SetWindowRgn(window_, shape, TRUE) == 0) {
-    (void)::DeleteObject(shape);  // the system took it only on success
+  if (::SetWindowRgn(window_, shape.Get(), TRUE) != 0) {
+    (void)shape.Release();  // the system owns it from now on; on failure it stays ours
   }
 }
 
@@ -282,14 +282,13 @@ bool CDlgScanResult::OnClose() {
 bool CDlgScanResult::OnEraseBackground(HDC) { return true; }
 
 bool CDlgScanResult::OnPaint() {
-  PAINTSTRUCT paint{};
-  HDC dc = ::BeginPaint(window_, &paint);
-  if (dc == nullptr) {
+  const controls::PaintDC dc(window_);
+  if (!dc) {
     return false;
   }
   {
     const RECT client = ClientRect();
-    controls::CMemDC canvas(dc, client);
+    controls::CMemDC canvas(dc.Get(), client);
     if (!background_.Draw(canvas.Get(), 0, 0)) {
       (void)::FillRect(canvas.Get(), &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
     }
@@ -299,7 +298,6 @@ bool CDlgScanResult::OnPaint() {
                             RECT{source, 0, source + kCell.cx, kCell.cy});  // missing picture: no bar
     }
   }
-  (void)::EndPaint(window_, &paint);
   return true;
 }
 
