@@ -222,9 +222,14 @@ bool IsVolumeRoot(std::wstring_view canonicalFolder) {
 }
 
 bool IsLinkFolder(const std::wstring& folder) {
-  std::wstring path = folder;
-  if (path.size() > 3 && path.back() == L'\\') path.pop_back();  // ask about the folder, not its content
-  const std::wstring apiPath = ForFileApi(path);
+  const std::optional<SafePath> read = ReadFolderPath(folder);
+  return read && IsLinkFolder(*read);
+}
+
+bool IsLinkFolder(const SafePath& folder) {
+  std::wstring apiPath = folder.ForApi();
+  // Asked about the folder, not its content; a drive root keeps its backslash.
+  if (folder.Text().size() > 3 && apiPath.back() == L'\\') apiPath.pop_back();
   const DWORD attributes = GetFileAttributesW(apiPath.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) return false;  // nothing there to walk
   if (IsReparsePoint(attributes)) return true;
@@ -339,7 +344,7 @@ FolderGuard::Check FolderGuard::Inspect(std::wstring_view folder) const {
   check.folder = check.path->Text();
   if (IsProtected(*check.path)) {
     check.verdict = FolderVerdict::kProtectedFolder;
-  } else if (IsLinkFolder(check.folder)) {
+  } else if (IsLinkFolder(*check.path)) {
     check.verdict = FolderVerdict::kLink;
   } else {
     check.admitted = SafeFolder(*check.path);

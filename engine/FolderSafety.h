@@ -132,5 +132,6 @@ class FolderGuard {
 // Whether the folder (canonical, existing) is itself a reparse point: by its attribute,
 // and by its reparse tag where the system tells it.
 bool IsLinkFolder(const std::wstring& folder);
+bool IsLinkFolder(const SafePath& folder);
 
 }  // namespace lumenor

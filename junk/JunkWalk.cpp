@@ -7,11 +7,11 @@ namespace lumenor {
 
 void WalkFolderForJunk(const std::wstring& folder, std::span<const std::wstring> masks, const StopToken& stop,
                        const JunkFound& found) {
-  if (masks.empty() || folder.empty() || folder.back() != L'\\' || IsLinkFolder(folder)) {
+  if (masks.empty() || folder.empty() || folder.back() != L'\\') {
     return;
   }
   const std::optional<SafePath> top = ReadFolderPath(folder);
-  if (!top) {
+  if (!top || IsLinkFolder(*top)) {
     return;
   }
   const JunkMasks rules(masks);

@@ -159,6 +159,26 @@ TEST(ShredList, AFolderListsEveryFileOfItsTreeEachWithItsOwnFolder) {
   ASSERT_TRUE(SetFileAttributesW((root / L"tree\\locked.txt").c_str(), FILE_ATTRIBUTE_NORMAL));
 }
 
+TEST(ShredList, AFolderDeeperThanMaxPathIsWalkedWholeOnTheHeap) {
+  TempFolder root;
+  std::wstring folder = root.Path();
+  for (int level = 0; level < 120; ++level) {
+    folder += L"level" + std::to_wstring(level) + L"\\";
+    ASSERT_TRUE(CreateDirectoryW(ForFileApi(folder).c_str(), nullptr)) << "level " << level;
+  }
+  ASSERT_GT(folder.size(), static_cast<size_t>(MAX_PATH));
+  ASSERT_TRUE(testing::WriteFileBytes(ForFileApi(folder + L"bottom.txt"), "deep"));
+  const auto admitted = testing::Admitted(root.Path());
+  ASSERT_TRUE(admitted);
+  ShredList list;
+  std::vector<Refusal> refusals;
+  EXPECT_EQ(list.AddFolder(*admitted, [&](const Refusal& refusal) { refusals.push_back(refusal); }), 1u);
+  ASSERT_EQ(list.Targets().size(), 1u);
+  EXPECT_EQ(list.Targets()[0].Path(), folder + L"bottom.txt");
+  EXPECT_EQ(list.Targets()[0].size, 4u);
+  EXPECT_TRUE(refusals.empty());
+}
+
 // The harness lays out links on E: whose targets each hold canary.txt.
 class LinkFixtures : public ::testing::Test {
  protected:
