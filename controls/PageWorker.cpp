@@ -29,6 +29,18 @@ bool PageWorker::Start(Job job, Ended ended) {
     return false;
   }
   Join();  // the last run has told its end: its thread is returning
+  // Without a window to tell the end to, the run would never end for the owner.
+  if (tasks_->Bound() && StartThread(std::move(job), ended)) {
+    return true;
+  }
+  running_ = false;
+  if (ended) {
+    ended(RunEnd::kNotStarted);
+  }
+  return false;
+}
+
+bool PageWorker::StartThread(Job job, const Ended& ended) {
   try {
     // Made here, so that the thread's last act needs no memory.
     UiTaskQueue::Reserved end([this, ended] { Finish(ended); });
@@ -44,13 +56,8 @@ bool PageWorker::Start(Job job, Ended ended) {
     });
     return true;
   } catch (...) {
-    // No thread (std::system_error), or no memory to describe one: nothing ran.
+    return false;  // no thread (std::system_error), or no memory to describe one: nothing ran
   }
-  running_ = false;
-  if (ended) {
-    ended(RunEnd::kNotStarted);
-  }
-  return false;
 }
 
 void PageWorker::RequestStop() {

@@ -1,11 +1,12 @@
 // The worker thread of a page or dialog, started and ended one way for all of them. Each
 // run has a stop signal of its own, so a stop meant for one run never ends a later one.
 // The run reports through the owner's task queue, and its end comes the same way, as a
-// task on the owner's thread. A thread that cannot start ends the run at once: Start
-// answers false and the end is told kNotStarted before Start returns. When the worker
-// goes, the queue is unbound, the run asked to stop and its thread joined: the owner
-// declares its worker after everything the job uses. A worker sharing its queue is
-// instead left to end on its own (for a download a server may keep waiting).
+// task on the owner's thread. A thread that cannot start (or a queue bound to no window)
+// ends the run at once: Start answers false and the end is told kNotStarted before Start
+// returns. When the worker goes, the queue is unbound, the run asked to stop and its
+// thread joined: the owner declares its worker after everything the job uses. A worker
+// sharing its queue is instead left to end on its own (a server may keep a download
+// waiting past its window's end).
 #pragma once
 
 #include "base/StopToken.h"
@@ -51,6 +52,7 @@ class PageWorker {
   void SetThreadStarter(ThreadStarter starter) { startThread_ = std::move(starter); }
 
  private:
+  bool StartThread(Job job, const Ended& ended);
   void Finish(const Ended& ended);
 
   std::shared_ptr<UiTaskQueue> tasks_;

@@ -73,6 +73,11 @@ bool UiTaskQueue::HandleMessage(UINT message, LRESULT& result) {
   return false;
 }
 
+bool UiTaskQueue::Bound() const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return window_ != nullptr && ::IsWindow(window_) != FALSE;
+}
+
 size_t UiTaskQueue::Waiting() const {
   const std::lock_guard<std::mutex> lock(mutex_);
   return tasks_.size();

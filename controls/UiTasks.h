@@ -49,6 +49,8 @@ class UiTaskQueue {
   // For the owner's message handler: runs the tasks on kRunUiTasksMessage (true: the
   // message is answered), and unbinds on WM_DESTROY (false: the window goes on with it).
   bool HandleMessage(UINT message, LRESULT& result);
+  // Whether a window takes tasks now.
+  bool Bound() const;
   // How many tasks wait; for tests.
   size_t Waiting() const;
 

@@ -98,6 +98,17 @@ TEST_F(PageWithWorker, AThreadThatCannotStartEndsTheRunBeforeStartReturns) {
   EXPECT_EQ(ends.back(), RunEnd::kFinished);
 }
 
+TEST(WorkerWithoutAWindow, EndsTheRunAtOnceForNobodyWouldHearItsEnd) {
+  UiTaskQueue unbound;
+  PageWorker worker(unbound);
+  bool ran = false;
+  std::vector<RunEnd> ends;
+  EXPECT_FALSE(worker.Start([&](const StopToken&) { ran = true; }, [&](RunEnd end) { ends.push_back(end); }));
+  EXPECT_EQ(ends, std::vector<RunEnd>{RunEnd::kNotStarted});
+  EXPECT_FALSE(worker.Running()) << "never stuck as running";
+  EXPECT_FALSE(ran);
+}
+
 TEST_F(PageWithWorker, AStopEndsOnlyTheRunItWasMeantFor) {
   PageWorker worker(page_.tasks);
   std::atomic<bool> firstStopped{false};
@@ -143,7 +154,10 @@ TEST_F(PageWithWorker, TheWorkersEndStopsAndJoinsItsRunAndItsEndIsNeverTold) {
 }
 
 TEST(SharedWorker, ARunLeftRunningEndsOnItsOwnAfterItsOwnerWent) {
+  const HWND owner = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_NE(owner, nullptr);
   auto queue = std::make_shared<UiTaskQueue>();
+  queue->Bind(owner);
   auto finished = std::make_shared<std::atomic<bool>>(false);
   const testing::HeldThreads held;
   {
@@ -162,6 +176,8 @@ TEST(SharedWorker, ARunLeftRunningEndsOnItsOwnAfterItsOwnerWent) {
   EXPECT_TRUE(finished->load());
   for (int waited = 0; queue.use_count() > 1 && waited < 10000; waited += 5) Sleep(5);
   EXPECT_EQ(queue.use_count(), 1) << "the thread let go of the queue it shared";
+  EXPECT_EQ(queue->Waiting(), 0u) << "its end found no window to go to";
+  DestroyWindow(owner);
 }
 
 TEST_F(PageWithWorker, RowsFedFromTheWorkerAllReachTheReceiverInOrderByTheEnd) {
