@@ -15,7 +15,6 @@ class FolderPicker {
   // The chosen folder; nothing when cancelled, or when its path does not fit MAX_PATH
   // (the browser fails such a folder whole, so nothing is ever cut short).
   std::optional<std::wstring> Pick(HWND owner, const std::wstring& title);
-  const std::wstring& LastHighlighted() const { return lastHighlighted_; }
 
  private:
   static int CALLBACK Callback(HWND browser, UINT message, LPARAM lParam, LPARAM self);
