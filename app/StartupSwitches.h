@@ -1,4 +1,6 @@
-// The switches of lumenor.exe's command line, read from the whole line without windows.
+// What the command line asks for at start-up, read from the whole line without windows.
+// The application object reads it once and hands it to the main window, which owns it
+// from then on.
 #pragma once
 
 #include <string>
@@ -7,7 +9,10 @@
 namespace lumenor {
 
 struct StartupSwitches {
+  // Started at log-on ("-A"): no splash, and the main window starts hidden until a page
+  // is brought forward from the notification-area menu.
   bool autoStarted = false;
+  // "-S:" was given; `shredPath` is everything after it, the path handed to the shredder.
   bool hasShredPath = false;
   std::wstring shredPath;
 };

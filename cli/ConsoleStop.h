@@ -3,7 +3,7 @@
 // at hand, print their summary so far and return; the program then exits with 130.
 #pragma once
 
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 
 namespace lumenor {
 

@@ -89,12 +89,6 @@ class JobLines final : public ShredReports {
   int shownPercent_ = -1;
 };
 
-// The path without the backslash the canonical folder form ends with.
-std::wstring WithoutTrailingSlash(std::wstring path) {
-  if (path.size() > 3 && path.ends_with(L'\\')) path.pop_back();
-  return path;
-}
-
 // The last name of a path as typed, separators at its end aside.
 std::wstring_view LastName(std::wstring_view path) {
   while (!path.empty() && (path.back() == L'\\' || path.back() == L'/')) path.remove_suffix(1);
@@ -123,24 +117,23 @@ int RunShredCommand(const ShredCommandOptions& options, const ConsoleOutput& out
       refusals.push_back({path, ShredFailure::kAmbiguousName});
       continue;
     }
+    // Read and judged once; what travels on is that one reading.
     const FolderGuard::Check check = guard.Inspect(path);
-    if (check.verdict == FolderVerdict::kRelativePath || check.verdict == FolderVerdict::kDevicePath ||
-        check.verdict == FolderVerdict::kInvalidPath || check.folder.empty()) {
+    if (!check.path) {
       return usageError(std::wstring(VerdictReason(check.verdict)) + L": " + path);
     }
-    const std::wstring canonical = WithoutTrailingSlash(check.folder);
-    const DWORD attributes = GetFileAttributesW(ForFileApi(canonical).c_str());
+    const SafePath entry = check.path->AsEntry();
+    const DWORD attributes = GetFileAttributesW(entry.ForApi().c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-      refusals.push_back({canonical, ShredFailure::kMissing});
-    } else if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-      const std::optional<SafeFolder> folder = guard.Admit(path);
-      if (!folder) {
+      refusals.push_back({entry.Text(), ShredFailure::kMissing});
+    } else if (IsFolder(attributes)) {
+      if (!check.admitted) {
         return usageError(std::wstring(VerdictReason(check.verdict)) + L": " + path);
       }
-      (void)list.AddFolder(*folder, [&refusals](const Refusal& refusal) { refusals.push_back(refusal); });
+      (void)list.AddFolder(*check.admitted, [&refusals](const Refusal& refusal) { refusals.push_back(refusal); });
     } else {
       Refusal refusal;
-      if (list.AddFile(canonical, &refusal) == AddResult::kRefused) refusals.push_back(refusal);
+      if (list.AddFile(entry, &refusal) == AddResult::kRefused) refusals.push_back(refusal);
     }
   }
   for (const Refusal& refusal : refusals) {

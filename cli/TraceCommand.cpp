@@ -1,7 +1,7 @@
 #include "cli/TraceCommand.h"
 
 #include "catalogue/Catalogue.h"
-#include "base/TextFormat.h"
+#include "base/Texts.h"
 #include "cli/JsonText.h"
 #include "engine/FolderSafety.h"
 #include "engine/Locations.h"

@@ -4,7 +4,7 @@
 
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 
 namespace lumenor {
 

@@ -1,5 +1,6 @@
 #include "engine/FolderSafety.h"
 
+#include "base/Texts.h"
 #include "engine/FilePath.h"
 #include "engine/TraceSink.h"
 
@@ -11,11 +12,6 @@
 namespace lumenor {
 
 namespace {
-
-bool SameText(std::wstring_view a, std::wstring_view b) {
-  return a.size() == b.size() && CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
-                                                      static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
-}
 
 bool StartsWithText(std::wstring_view text, std::wstring_view start) {
   return text.size() >= start.size() && SameText(text.substr(0, start.size()), start);
@@ -33,14 +29,47 @@ std::wstring SkipReason(const SkippedLocation& skipped) {
   return skipped.why.empty() ? std::wstring(VerdictReason(skipped.reason)) : skipped.why;
 }
 
+std::optional<SafePath> ReadFolderPath(std::wstring_view folder, FolderVerdict* refusal) {
+  std::optional<std::wstring> canonical = CanonicalFolder(folder, refusal);
+  if (!canonical) return std::nullopt;
+  std::wstring forApi = ForFileApi(*canonical);
+  return SafePath(std::move(*canonical), std::move(forApi));
+}
+
+std::wstring_view SafePath::Folder() const {
+  const size_t slash = text_.find_last_of(L'\\');
+  return std::wstring_view(text_).substr(0, slash == std::wstring::npos ? 0 : slash + 1);
+}
+
+std::wstring_view SafePath::FolderForApi() const {
+  return std::wstring_view(forApi_).substr(0, forApi_.size() - Name().size());
+}
+
+std::wstring_view SafePath::Name() const { return std::wstring_view(text_).substr(Folder().size()); }
+
+SafePath SafePath::Entry(std::wstring_view name) const {
+  // Canonical folders hold no doubled backslashes, so both forms simply grow by the name.
+  return SafePath(text_ + std::wstring(name), forApi_ + std::wstring(name));
+}
+
+SafePath SafePath::AsEntry() const {
+  if (IsVolumeRoot(text_) || !text_.ends_with(L'\\')) return *this;
+  return SafePath(text_.substr(0, text_.size() - 1), forApi_.substr(0, forApi_.size() - 1));
+}
+
 bool FolderContains(std::wstring_view outer, std::wstring_view inner) {
   return outer.size() <= inner.size() && !outer.empty() && outer.back() == L'\\' && StartsWithText(inner, outer);
 }
 
 bool IsLinkFolder(const std::wstring& folder) {
-  std::wstring path = folder;
-  if (path.size() > 3 && path.back() == L'\\') path.pop_back();  // ask about the folder, not its content
-  const std::wstring apiPath = ForFileApi(path);
+  const std::optional<SafePath> read = ReadFolderPath(folder);
+  return read && IsLinkFolder(*read);
+}
+
+bool IsLinkFolder(const SafePath& folder) {
+  std::wstring apiPath = folder.ForApi();
+  // Asked about the folder, not its content; a drive root keeps its backslash.
+  if (folder.Text().size() > 3 && apiPath.back() == L'\\') apiPath.pop_back();
   const DWORD attributes = GetFileAttributesW(apiPath.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) return false;  // nothing there to walk
   if (IsReparsePoint(attributes)) return true;
@@ -137,7 +166,7 @@ FolderGuard::FolderGuard(const SystemPaths& paths) {
   // folder) is still the same folder to the file system, and so is one above it.
   for (const std::wstring& folder : protected_) {
     for (std::wstring step = folder; !step.empty(); step = ParentFolder(step)) {
-      const std::optional<Identity> identity = IdentityOf(step);
+      const std::optional<FileIdentity> identity = IdentityOfPath(step);
       if (identity &&
           std::find(guardedIdentities_.begin(), guardedIdentities_.end(), *identity) == guardedIdentities_.end()) {
         guardedIdentities_.push_back(*identity);
@@ -145,33 +174,17 @@ FolderGuard::FolderGuard(const SystemPaths& paths) {
     }
   }
   for (const std::wstring& root : paths.DriveRoots()) {
-    const std::optional<Identity> identity = IdentityOf(root);
+    const std::optional<FileIdentity> identity = IdentityOfPath(root);
     if (identity) guardedIdentities_.push_back(*identity);
   }
 }
 
-std::optional<FolderGuard::Identity> FolderGuard::IdentityOf(const std::wstring& folder) {
-  const HANDLE handle = CreateFileW(ForFileApi(folder).c_str(), FILE_READ_ATTRIBUTES,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
-  BY_HANDLE_FILE_INFORMATION information{};
-  const bool read = GetFileInformationByHandle(handle, &information) != FALSE;
-  (void)CloseHandle(handle);  // our own handle: nothing to do if closing fails
-  if (!read || (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return std::nullopt;
-  Identity identity;
-  identity.volume = information.dwVolumeSerialNumber;
-  identity.file = (static_cast<uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow;
-  if (identity.file == 0) return std::nullopt;  // a file system without numbers tells nothing
-  return identity;
-}
-
-bool FolderGuard::IsProtected(const std::wstring& canonical) const {
-  if (IsVolumeRoot(canonical)) return true;
+bool FolderGuard::IsProtected(const SafePath& canonical) const {
+  if (IsVolumeRoot(canonical.Text())) return true;
   for (const std::wstring& folder : protected_) {
-    if (FolderContains(canonical, folder)) return true;
+    if (FolderContains(canonical.Text(), folder)) return true;
   }
-  const std::optional<Identity> identity = IdentityOf(canonical);
+  const std::optional<FileIdentity> identity = IdentityOfPath(canonical.ForApi());
   return identity &&
          std::find(guardedIdentities_.begin(), guardedIdentities_.end(), *identity) != guardedIdentities_.end();
 }
@@ -183,21 +196,22 @@ bool FolderGuard::IsWellKnownFolder(std::wstring_view canonical) const {
 
 FolderGuard::Check FolderGuard::Inspect(std::wstring_view folder) const {
   Check check;
-  std::optional<std::wstring> canonical = CanonicalFolder(folder, &check.verdict);
-  if (!canonical) return check;
-  check.folder = std::move(*canonical);
-  if (IsProtected(check.folder)) {
+  check.path = ReadFolderPath(folder, &check.verdict);
+  if (!check.path) return check;
+  check.folder = check.path->Text();
+  if (IsProtected(*check.path)) {
     check.verdict = FolderVerdict::kProtectedFolder;
-  } else if (IsLinkFolder(check.folder)) {
+  } else if (IsLinkFolder(*check.path)) {
     check.verdict = FolderVerdict::kLink;
+  } else {
+    check.admitted = SafeFolder(*check.path);
   }
   return check;
 }
 
 std::optional<SafeFolder> FolderGuard::Admit(std::wstring_view folder, Check* check) const {
   Check decided = Inspect(folder);
-  std::optional<SafeFolder> admitted;
-  if (decided.verdict == FolderVerdict::kAllowed) admitted = SafeFolder(decided.folder);
+  std::optional<SafeFolder> admitted = decided.admitted;
   if (check != nullptr) *check = std::move(decided);
   return admitted;
 }

@@ -3,7 +3,7 @@
 // overwriting (that is the shredder's job).
 #pragma once
 
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <cstdint>

@@ -4,10 +4,10 @@
 // main window shows as status texts.
 #pragma once
 
+#include "base/StopToken.h"
 #include "catalogue/CMyObject.h"
 #include "engine/FolderSafety.h"
 #include "engine/ScanRun.h"
-#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 #include "scan/ItemSelection.h"
 #include "settings/IniFileRW.h"

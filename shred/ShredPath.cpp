@@ -7,8 +7,8 @@
 
 namespace lumenor {
 
-std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath, ShredFailure* failure) {
-  const auto refuse = [&](ShredFailure why) -> std::optional<ShredTarget> {
+std::optional<FileInFolder> SplitFilePathText(std::wstring_view fullPath, ShredFailure* failure) {
+  const auto refuse = [&](ShredFailure why) -> std::optional<FileInFolder> {
     if (failure != nullptr) *failure = why;
     return std::nullopt;
   };
@@ -29,7 +29,7 @@ std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath, ShredFailur
   if (!IsUnambiguousFileName(name)) {
     return refuse(ShredFailure::kAmbiguousName);
   }
-  return ShredTarget{std::move(*folder), std::wstring(name), 0};
+  return FileInFolder{std::move(*folder), std::wstring(name)};
 }
 
 }  // namespace lumenor

@@ -2,6 +2,7 @@
 
 #include "base/ModulePath.h"
 #include "base/TextEncoding.h"
+#include "base/Texts.h"
 #include "base/UniqueHandle.h"
 
 #include <array>

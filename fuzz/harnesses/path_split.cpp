@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using lumenor::fuzz::Shown;
   const std::wstring input = lumenor::fuzz::WideFromFuzzBytes(data, size);
   lumenor::ShredFailure failure = lumenor::ShredFailure::kNone;
-  const std::optional<lumenor::ShredTarget> target = lumenor::SplitFilePath(input, &failure);
+  const std::optional<lumenor::FileInFolder> target = lumenor::SplitFilePathText(input, &failure);
   if (!target) {
     FUZZ_REQUIRE(failure == lumenor::ShredFailure::kBadPath || failure == lumenor::ShredFailure::kAmbiguousName,
                  Shown(input));

@@ -159,7 +159,7 @@ TEST_F(SettingsPage, AnEmptyFileReadsAsAllOnes) {
   for (int box : {IDC_OPTIONS_RUN_AT_STARTUP, IDC_OPTIONS_AUTO_UPDATE, IDC_OPTIONS_SCAN_EVERY}) {
     EXPECT_TRUE(Ticked(box)) << box;
   }
-  EXPECT_EQ(Options.exitOnClose + Options.trayOnClose, 2);
+  EXPECT_EQ(Window().OptionsInForce().exitOnClose + Window().OptionsInForce().trayOnClose, 2);
   EXPECT_EQ(ShownTime(), (std::vector<int>{1, 1, 1, 1}));
   EXPECT_EQ(TimeListsEnabled(), kAllOn);
   LeavePage();
@@ -174,9 +174,9 @@ TEST_F(SettingsPage, AnEmptyFileReadsAsAllOnes) {
 
 TEST_F(SettingsPage, NumbersTheListsCannotShowAreKeptAndNotCountedAsChanges) {
   OpenWith("[Scan Schduler]\r\nevery=1\r\nday=9\r\nhour=20\r\nminute=75\r\nwhen=3\r\n");
-  EXPECT_EQ(Options.day, 9);
-  EXPECT_EQ(Options.hour, 20);
-  EXPECT_EQ(Options.minute, 75);
+  EXPECT_EQ(Window().OptionsInForce().day, 9);
+  EXPECT_EQ(Window().OptionsInForce().hour, 20);
+  EXPECT_EQ(Window().OptionsInForce().minute, 75);
   EXPECT_EQ(ShownTime(), (std::vector<int>{CB_ERR, CB_ERR, CB_ERR, CB_ERR}));
   LeavePage();
   EXPECT_TRUE(messageBoxes_.empty());
@@ -238,11 +238,13 @@ TEST_F(SettingsPage, CancelPutsEveryControlBackAndOkSavesEverything) {
   answer_ = IDOK;
   LeavePage();
   ASSERT_EQ(messageBoxes_.size(), 2u);
-  EXPECT_EQ(Options.autoUpdate, 1);
-  EXPECT_EQ(Options.scheduleOn, 1);
-  EXPECT_EQ(Options.exitOnClose, 1);
-  EXPECT_EQ(Options.trayOnClose, 0);
-  EXPECT_EQ((std::vector<int>{Options.day, Options.hour, Options.minute, Options.pm}), (std::vector<int>{3, 4, 5, 1}));
+  EXPECT_EQ(Window().OptionsInForce().autoUpdate, 1);
+  EXPECT_EQ(Window().OptionsInForce().scheduleOn, 1);
+  EXPECT_EQ(Window().OptionsInForce().exitOnClose, 1);
+  EXPECT_EQ(Window().OptionsInForce().trayOnClose, 0);
+  EXPECT_EQ((std::vector<int>{Window().OptionsInForce().day, Window().OptionsInForce().hour,
+                              Window().OptionsInForce().minute, Window().OptionsInForce().pm}),
+            (std::vector<int>{3, 4, 5, 1}));
   EXPECT_EQ(Stored(L"General Settings", L"Automaticly update"), 1);
   EXPECT_EQ(Stored(L"Scan Schduler", L"every"), 1);
   EXPECT_EQ(Stored(L"Scan Schduler", L"day"), 3);
@@ -264,8 +266,8 @@ TEST_F(SettingsPage, ExitAndTrayAreWrittenOnlyWhenTheyChanged) {
   file = testing::ReadFileBytes(settings_);
   EXPECT_NE(file.find("exit=1"), std::string::npos) << file;
   EXPECT_NE(file.find("tray=0"), std::string::npos) << file;
-  EXPECT_EQ(Options.exitOnClose, 1);
-  EXPECT_EQ(Options.trayOnClose, 0);
+  EXPECT_EQ(Window().OptionsInForce().exitOnClose, 1);
+  EXPECT_EQ(Window().OptionsInForce().trayOnClose, 0);
 }
 
 TEST_F(SettingsPage, AFileHoldingBothCloseChoicesIsNotAChangeTheUserMade) {
@@ -285,7 +287,7 @@ TEST_F(SettingsPage, AFailedWriteKeepsThePageCountedAsChanged) {
   Command(ID_TRAY_SETTINGS);
   Click(IDC_OPTIONS_AUTO_UPDATE);
   Click(IDC_OPTIONS_SAVE);
-  EXPECT_EQ(Options.autoUpdate, 1) << "the value in force changes only with the file";
+  EXPECT_EQ(Window().OptionsInForce().autoUpdate, 1) << "the value in force changes only with the file";
   LeavePage();
   EXPECT_EQ(messageBoxes_.size(), 1u);
 }

@@ -4,10 +4,10 @@
 // saved, and writes the ticked items back on "Save"; "Cancel" writes nothing.
 #pragma once
 
-#include "settings/IniFileRW.h"
 #include "controls/Dialog.h"
 #include "scan/ItemSelection.h"
 #include "scan/MyTreeCtrl.h"
+#include "settings/IniFileRW.h"
 
 namespace lumenor {
 

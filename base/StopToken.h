@@ -1,6 +1,6 @@
-// The stop request of a running scan. The page makes a fresh signal for each run and sets
-// it from its own thread; the walks test it between entries. Testing costs no system
-// call, which matters when a walk passes a hundred thousand entries.
+// The stop request of a running job. The owner makes a fresh signal for each run and sets
+// it from its own thread; the walks and passes test it between entries. Testing costs no
+// system call, which matters when a walk passes a hundred thousand entries.
 #pragma once
 
 #include <atomic>

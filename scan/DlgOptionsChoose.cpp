@@ -1,4 +1,4 @@
-#include "catalogue/DlgOptionsChoose.h"
+#include "scan/DlgOptionsChoose.h"
 
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"
