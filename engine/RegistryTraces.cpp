@@ -13,17 +13,11 @@ namespace {
 // Longest value name the registry allows, plus its terminator; key names are shorter.
 constexpr DWORD kNameBuffer = 16384;
 
-// A key's own values: how many, and the size of their data.
-struct KeyValues {
-  DWORD count = 0;
-  uint64_t bytes = 0;
-};
-
 struct OpenedKey {
   UniqueKey key;
   std::wstring path;
   DWORD nextSubKey = 0;  // scan: next index to read; erase: sub-keys that could not go
-  KeyValues values;
+  DWORD values = 0;
 };
 
 enum class NextSubKey { kFound, kSkip, kNone };
@@ -59,20 +53,6 @@ DWORD CountValues(HKEY key) {
   return values;
 }
 
-// The values of a key an erase is about to delete, with their data's size; `name` is the
-// shared name buffer.
-KeyValues ValuesOf(HKEY key, std::vector<wchar_t>& name) {
-  KeyValues values;
-  values.count = CountValues(key);
-  for (DWORD index = 0; index < values.count; ++index) {
-    DWORD length = kNameBuffer;
-    DWORD dataBytes = 0;
-    if (RegEnumValueW(key, index, name.data(), &length, nullptr, nullptr, nullptr, &dataBytes) == ERROR_SUCCESS) {
-      values.bytes += dataBytes;
-    }
-  }
-  return values;
-}
 
 enum class SubKeyOpening { kOpened, kLink, kMissing, kRefused };
 
@@ -137,7 +117,7 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
   // Depth-first without recursion: one open key per level, one shared name buffer.
   std::vector<wchar_t> name(kNameBuffer);
   std::vector<OpenedKey> stack;
-  stack.push_back({std::move(key), std::wstring(keyPath), 0, {}});
+  stack.push_back({std::move(key), std::wstring(keyPath), 0, 0});
   bool stopped = false;
   while (!stack.empty() && !stopped) {
     OpenedKey& top = stack.back();
@@ -152,7 +132,7 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
         UniqueKey child;
         if (OpenSubKey(top.key.Get(), name.data(), KEY_READ, view, child, values) == SubKeyOpening::kOpened) {
           std::wstring childPath = top.path + L"\\" + name.data();
-          stack.push_back({std::move(child), std::move(childPath), 0, {}});
+          stack.push_back({std::move(child), std::move(childPath), 0, 0});
         }
       }
       continue;
@@ -210,10 +190,9 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
   // that cannot go is counted as failed and stepped over, so the walk always ends.
   std::vector<wchar_t> name(kNameBuffer);
   std::vector<OpenedKey> stack;
-  const KeyValues topValues = ValuesOf(key.Get(), name);
+  const DWORD topValues = CountValues(key.Get());
   stack.push_back({std::move(key), std::wstring(keyPath), 0, topValues});
   int valuesDeleted = 0;
-  uint64_t bytesDeleted = 0;
   bool topKeyDeleted = false;
   while (!stack.empty()) {
     OpenedKey& top = stack.back();
@@ -229,11 +208,9 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
       const SubKeyOpening opening = OpenSubKey(top.key.Get(), name.data(), kEraseAccess, view, child, childValues);
       const std::wstring childPath = top.path + L"\\" + name.data();
       switch (opening) {
-        case SubKeyOpening::kOpened: {
-          const KeyValues values = ValuesOf(child.Get(), name);
-          stack.push_back({std::move(child), childPath, 0, values});
+        case SubKeyOpening::kOpened:
+          stack.push_back({std::move(child), childPath, 0, childValues});
           break;
-        }
         case SubKeyOpening::kLink:
           // A link goes by itself, its target untouched.
           if (!DeleteLinkKey(top.key.Get(), name.data(), view)) {
@@ -269,14 +246,15 @@ void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vi
       ++stack.back().nextSubKey;
     }
     if (deleted) {
-      valuesDeleted += static_cast<int>(finished.values.count);
-      bytesDeleted += finished.values.bytes;
+      valuesDeleted += static_cast<int>(finished.values);
     } else {
       tally.EraseFailed(std::wstring(RootPrefixOf(root)) + finished.path);
     }
   }
+  // Weighing every value as it goes would double the walk's calls; the caller knows what
+  // the scan found in the key.
   if (valuesDeleted > 0) {
-    tally.Erased(valuesDeleted, bytesDeleted);
+    tally.Erased(valuesDeleted, 0);
   } else if (topKeyDeleted) {
     tally.Erased(1, 0);
   }

@@ -29,13 +29,41 @@ void ScanRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_vie
                           const RegistryTraceFound& found, REGSAM view = kRegistryView);
 
 // Deletes the named value, or the whole key with everything below it. A whole key
-// reports the number of values deleted with it, and one when it held none, with the size
-// of their data. A registry
+// reports the number of values deleted with it, and one when it held none, without their
+// size (the caller knows what its scan found there); a named value with its data's size. A registry
 // link, the key itself or one below it, is deleted as a link; what it points to is never
 // touched. A missing key is nothing to erase; a key that is there but cannot be opened
 // for erasing, and a value (missing ones too) or key that cannot be deleted, each count
 // as a failure.
 void EraseRegistryLocation(HKEY root, std::wstring_view keyPath, std::wstring_view selector, EraseTally& tally,
                            REGSAM view = kRegistryView);
+
+// The deletions of one whole key, told once it is done: the bytes are those its scan
+// found there when every value went (weighing each value as it goes would double the
+// walk's calls). A failure leaves them unweighed.
+class WeighedByScan final : public EraseTally {
+ public:
+  WeighedByScan(EraseTally& tally, uint64_t scanned) : tally_(tally), scanned_(scanned) {}
+  void Erased(int count, uint64_t bytes) override {
+    count_ += count;
+    bytes_ += bytes;
+  }
+  void EraseFailed(const std::wstring& what) override {
+    failed_ = true;
+    tally_.EraseFailed(what);
+  }
+  void LocationSkipped(const SkippedLocation& skipped) override { tally_.LocationSkipped(skipped); }
+  // Tells the tally; once, after the erase.
+  void Finish() {
+    if (count_ > 0) tally_.Erased(count_, failed_ ? bytes_ : bytes_ + scanned_);
+  }
+
+ private:
+  EraseTally& tally_;
+  uint64_t scanned_;
+  int count_ = 0;
+  uint64_t bytes_ = 0;
+  bool failed_ = false;
+};
 
 }  // namespace lumenor

@@ -136,7 +136,7 @@ class Planner {
           Skip(std::wstring(RootPrefixOf(root)) + path, FolderVerdict::kAllowed, L"protected key");
           continue;
         }
-        PlannedKey key{root, path, action.allValues ? std::nullopt : action.value, action.allValues, view, {}};
+        PlannedKey key{root, path, action.allValues ? std::nullopt : action.value, action.allValues, view, {}, 0};
         plan_.keys.push_back(std::move(key));
       }
     }

@@ -47,6 +47,7 @@ struct PlannedKey {
   bool allValues = false;
   REGSAM view = 0;
   std::vector<std::wstring> excluded;  // keys below `path` that stay, as paths under the root
+  uint64_t bytesFound = 0;             // what the scan found, for the erase to report
 };
 
 struct PlannedDatabase {

@@ -294,7 +294,9 @@ void EraseKey(const PlannedKey& key, EraseTally& tally) {
   } else if (key.allValues) {
     DeleteValues(key, key.path, tally);
   } else if (key.excluded.empty()) {
-    EraseRegistryLocation(key.root, key.path, kWholeKey, tally, key.view);
+    WeighedByScan weighed(tally, key.bytesFound);
+    EraseRegistryLocation(key.root, key.path, kWholeKey, weighed, key.view);
+    weighed.Finish();
   } else {
     EraseAround(key, tally);
   }
@@ -445,9 +447,10 @@ void ScanRuleItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const Rule
         });
     if (stop.StopRequested()) break;
   }
-  for (const PlannedKey& key : plan.keys) {
+  for (PlannedKey& key : plan.keys) {
     if (stop.StopRequested()) break;
     ScanKey(key, stop, [&](std::wstring_view keyPath, std::wstring_view name, uint64_t bytes) {
+      key.bytesFound += bytes;
       ReportTrace(run, item, sink, KeyText(key, keyPath), name, true, bytes);
     });
   }

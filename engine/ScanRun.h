@@ -30,6 +30,8 @@ class ScanRun {
   struct Item {
     const CMyObject* node = nullptr;
     std::vector<LocationRecord> locations;
+    // What the scan found at each location, in bytes: an erase of a whole key reports it.
+    std::vector<uint64_t> locationBytes;
     const rules::RuleBook::Entry* rule = nullptr;
     std::shared_ptr<RulePlan> plan;
 

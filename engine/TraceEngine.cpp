@@ -53,14 +53,15 @@ void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::
 
 }  // namespace
 
-void ScanItem(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, const StopToken& stop,
-              const FolderGuard& guard) {
+void ScanItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const StopToken& stop, const FolderGuard& guard) {
   sink.ItemStarted(*item.node);
+  item.locationBytes.assign(item.locations.size(), 0);
   for (size_t index = 0; index < item.locations.size(); ++index) {
     const LocationRecord& location = item.locations[index];
     if (location.IsRegistry()) {
       ScanRegistryLocation(location.rootKey, location.path, location.selector, stop,
                            [&](std::wstring_view keyPath, std::wstring_view valueName, uint64_t dataBytes) {
+                             item.locationBytes[index] += dataBytes;
                              ReportTrace(run, item, sink, location.rootPrefix + std::wstring(keyPath), valueName, true,
                                          dataBytes);
                            });
@@ -85,7 +86,10 @@ void EraseItem(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& 
   for (size_t index = 0; index < item.locations.size(); ++index) {
     const LocationRecord& location = item.locations[index];
     if (location.IsRegistry()) {
-      EraseRegistryLocation(location.rootKey, location.path, location.selector, tally);
+      const uint64_t scanned = index < item.locationBytes.size() ? item.locationBytes[index] : 0;
+      WeighedByScan weighed(tally, location.selector == kWholeKey ? scanned : 0);
+      EraseRegistryLocation(location.rootKey, location.path, location.selector, weighed);
+      weighed.Finish();
       continue;
     }
     const FileLocationPlan plan = PlanFileLocation(*item.node, static_cast<int>(index), location, guard);

@@ -19,8 +19,7 @@ namespace lumenor {
 // and not walked; in a protected folder a location that names one file looks at that file
 // alone. A location without a folder (one that could not be found) is passed over
 // without a word.
-void ScanItem(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, const StopToken& stop,
-              const FolderGuard& guard);
+void ScanItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const StopToken& stop, const FolderGuard& guard);
 
 // Erases every location of the item, in order, under the same folder rules as the scan.
 // Before each file location of "History (Visited sites)" the browser's own history store

@@ -71,7 +71,7 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
   const CMyObject& other = Node(kItemDocumentHistory);
 
   testing::RecordingSink sink;
-  for (const ScanRun::Item& runItem : run->Items()) ScanItem(*run, runItem, sink, StopToken(), testing::MachineGuard());
+  for (ScanRun::Item& runItem : run->Items()) ScanItem(*run, runItem, sink, StopToken(), testing::MachineGuard());
   const std::wstring keyText = L"HKEY_CURRENT_USER\\" + (key / L"MRU");
   EXPECT_EQ(sink.traces, (std::vector<RecordedTrace>{{kItemRunHistory, L"a", keyText, true},
                                                      {kItemRunHistory, L"b", keyText, true},
@@ -123,10 +123,13 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
                            {Key(key / L"MRU"),
                             Folder(folder.Path(), L"*.*", 1),  // a kind no scan reports, erased all the same
                             Key(key / L"Values", L"lastkey")}}});
+  testing::RecordingSink sink;
+  ScanItem(*run, run->Items()[0], sink, StopToken(), testing::MachineGuard());
   testing::RecordingTally tally;
   EraseItem(run->Items()[0], tally, testing::MachineGuard());
   EXPECT_EQ(tally.reports, (std::vector<int>{2, 1, 1, 1}));
-  EXPECT_EQ(tally.erasedBytes, 16u + 8u + 5u + 5u + 4u) << "the values' data and the files' sizes";
+  EXPECT_EQ(tally.erasedBytes, 16u + 8u + 5u + 5u + 4u)
+      << "the files' sizes, the named value's data, and what the scan found in the whole key";
   EXPECT_FALSE(key.KeyExists(L"MRU"));
   EXPECT_FALSE(key.ValueExists(L"Values", L"lastkey"));
   EXPECT_FALSE(testing::FileExists(folder.Path()));
