@@ -66,6 +66,11 @@ class ScanPage : public ::testing::Test {
     Press(IDC_SCAN_START);
     page_->WaitForWorker();
   }
+  std::wstring SummaryLine() const {
+    wchar_t text[256] = L"";
+    GetDlgItemTextW(page_->Handle(), IDC_SCAN_SUMMARY, text, 256);
+    return text;
+  }
   std::vector<std::wstring> Column(int column) const {
     std::vector<std::wstring> texts;
     for (int row = 0; row < page_->Results().RowCount(); ++row) texts.push_back(page_->Results().RowText(row, column));
@@ -124,6 +129,30 @@ TEST_F(ScanPage, DeletingARowDeletesItsTraceAndLowersTheCount) {
   EXPECT_FALSE(testing::FileExists(file));
   EXPECT_EQ(page_->Results().RowCount(), 2);
   EXPECT_EQ(page_->ItemsDone(), 2);
+}
+
+TEST_F(ScanPage, TheSummaryLineAddsUpTheSizesFoundAndFollowsDeletedRowsAndTheErase) {
+  const std::string big(1536 * 1024, 'x');  // 1.5 MB
+  testing::MakeFile(temp_ / L"a.tmp", big);
+  testing::MakeFile(temp_ / L"b.tmp", std::string(2000, 'y'));
+  testing::MakeFile(temp_ / L"sub\\c.tmp", "z");
+  Tick({kItemTemporaryFiles});
+  Scan();
+  EXPECT_EQ(SummaryLine(), L"3 traces, 1.5 MB to be recovered");
+
+  int bigRow = 0;
+  while (bigRow < page_->Results().RowCount() && page_->Results().RowText(bigRow, 1) != L"a.tmp") ++bigRow;
+  ASSERT_TRUE(page_->Results().SelectRow(bigRow));
+  Press(IDC_SCAN_DELETE_ROW);
+  EXPECT_EQ(SummaryLine(), L"2 traces, 2 KB to be recovered") << "2001 bytes, rounded up";
+
+  page_->SetEraseDialogRunner([](HWND, int, std::function<void(EraseTally&)> erase) -> INT_PTR {
+    testing::RecordingTally tally;
+    erase(tally);
+    return IDOK;
+  });
+  Press(IDC_SCAN_ERASE);
+  EXPECT_EQ(SummaryLine().find(L"traces"), std::wstring::npos) << "no total without a scan";
 }
 
 TEST_F(ScanPage, EraseRunsTheProgressDialogAndEmptiesThePage) {
