@@ -2,13 +2,16 @@
 
 #include "base/ModulePath.h"
 #include "base/ResourceString.h"
+#include "base/Texts.h"
 #include "controls/Layout.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
 #include "scan/DlgOptionsChoose.h"
 #include "settings/StartupEntry.h"
 
+#include <algorithm>
 #include <iterator>
+#include <memory>
 #include <span>
 #include <string>
 
@@ -50,9 +53,25 @@ int EntryFor(HWND list, int value) {
   return value >= 0 && value < count ? value : CB_ERR;
 }
 
+// "2026-07-30" for the version "260730" (yymmdd, the day the file was published); empty
+// for a version that names no day.
+std::wstring PublishedDay(const std::wstring& version) {
+  if (version.size() != 6 || version.find_first_not_of(L"0123456789") != std::wstring::npos) {
+    return {};
+  }
+  const auto twoDigits = [&version](size_t at) { return (version[at] - L'0') * 10 + (version[at + 1] - L'0'); };
+  const int month = twoDigits(2);
+  const int day = twoDigits(4);
+  if (month < 1 || month > 12 || day < 1 || day > 31) {
+    return {};
+  }
+  return L"20" + version.substr(0, 2) + L"-" + version.substr(2, 2) + L"-" + version.substr(4, 2);
+}
+
 }  // namespace
 
-CDlgOptions::CDlgOptions() : CDialog(IDD_OPTIONS), programPath_(ModuleFileName()) {}
+CDlgOptions::CDlgOptions()
+    : CDialog(IDD_OPTIONS), programPath_(ModuleFileName()), communityRulesFile_(CommunityRulesFile()) {}
 
 void CDlgOptions::LoadValues() { values_ = ReadOptionValues(CIniFileRW(kSettingsFileName)); }
 
@@ -64,8 +83,10 @@ bool CDlgOptions::OnInit() {
                       IDB_SETTINGS_SAVE_DISABLED);
     (void)save_.FitToPicture(controls::Corner::kBottomRight);  // else the picture is stretched to the template's size
   }
+  tasks_.Bind(window_);
   FillTimeLists();
   ShowOptions();
+  ShowCommunityRules();
   return true;
 }
 
@@ -236,7 +257,72 @@ HBRUSH CDlgOptions::BackgroundBrush() {
   return background_.brush != nullptr ? background_.brush : static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH));
 }
 
+void CDlgOptions::SetCommunityRules(const std::optional<rules::Winapp2Counts>& file) {
+  communityRules_.reset();
+  if (file) {
+    communityRules_ = RulesInUse{file->version, file->entriesLoaded};
+  }
+  if (window_ != nullptr) {
+    ShowCommunityRules();
+  }
+}
+
+void CDlgOptions::ShowCommunityRules() const {
+  std::wstring line = LoadResourceString(IDS_OPTIONS_RULES_NONE);
+  if (communityRules_) {
+    const std::wstring entries = GroupedNumber(static_cast<uint64_t>(std::max(communityRules_->entries, 0)));
+    const std::wstring day = PublishedDay(communityRules_->version);
+    line = day.empty() ? FillIn(LoadResourceString(IDS_OPTIONS_RULES_FILE_UNDATED), {entries})
+                       : FillIn(LoadResourceString(IDS_OPTIONS_RULES_FILE), {day, entries});
+  }
+  (void)::SetDlgItemTextW(window_, IDC_OPTIONS_COMMUNITY_RULES, line.c_str());  // fails only without the label
+}
+
+bool CDlgOptions::StartRulesUpdate() {
+  if (worker_.Running()) {
+    return false;
+  }
+  // Read at each click, so that a changed address counts without a restart.
+  const std::wstring address = CommunityRulesAddress(CIniFileRW(kSettingsFileName));
+  // The thread holds nothing of the page: the result is shared with the run's end.
+  const auto update = std::make_shared<CommunityRulesUpdate>();
+  update->reason = LoadResourceString(IDS_OPTIONS_RULES_UNFINISHED);  // stands when the job gives up on a throw
+  const HWND button = Item(IDC_OPTIONS_UPDATE_RULES);
+  (void)::EnableWindow(button, FALSE);  // answers only the previous state
+  return worker_.Start([update, address, target = communityRulesFile_](
+                           const StopToken& stop) { *update = UpdateCommunityRules(address, target, stop); },
+                       [this, update, button](controls::RunEnd end) {
+                         (void)::EnableWindow(button, TRUE);
+                         RulesUpdateEnded(end, *update);
+                       });
+}
+
+void CDlgOptions::RulesUpdateEnded(controls::RunEnd end, const CommunityRulesUpdate& update) {
+  if (end == controls::RunEnd::kNotStarted) {
+    Tell(LoadResourceString(IDS_TASK_NOT_STARTED), MB_ICONWARNING);
+    return;
+  }
+  if (!update.replaced) {
+    Tell(FillIn(LoadResourceString(communityRules_ ? IDS_OPTIONS_RULES_KEPT : IDS_OPTIONS_RULES_NOT_DOWNLOADED),
+                {update.reason}),
+         MB_ICONWARNING);
+    return;
+  }
+  communityRules_ = RulesInUse{update.version, update.entries};
+  ShowCommunityRules();
+  // The catalogue was built at start: the new rules show on the scan page after a restart.
+  Tell(FillIn(LoadResourceString(IDS_OPTIONS_RULES_UPDATED), {GroupedNumber(static_cast<uint64_t>(update.entries))}),
+       MB_ICONINFORMATION);
+}
+
+void CDlgOptions::Tell(const std::wstring& text, UINT icon) const {
+  (void)messageBox_(window_, text, LoadResourceString(IDS_PRODUCT_NAME), MB_OK | icon);  // only OK to answer
+}
+
 bool CDlgOptions::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  if (tasks_.HandleMessage(message, result)) {
+    return true;
+  }
   const auto dc = reinterpret_cast<HDC>(wParam);
   if (message == WM_CTLCOLORDLG) {
     (void)::SetBkMode(dc, TRANSPARENT);  // answers only the previous mode
@@ -270,6 +356,9 @@ bool CDlgOptions::OnCommand(int id, int code, HWND control) {
       if (updateCheck_) {
         updateCheck_();
       }
+      return true;
+    case IDC_OPTIONS_UPDATE_RULES:
+      (void)StartRulesUpdate();  // the page tells how it went, or that it could not start
       return true;
     default:
       return CDialog::OnCommand(id, code, control);

@@ -20,6 +20,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace lumenor {
@@ -60,6 +61,9 @@ class CPcDlg : public controls::CDialog {
   UpdateCheckRunner& UpdateCheck() { return updateCheck_; }
   // The option values in force, which the settings page owns; its window need not exist.
   OptionValues& OptionsInForce() { return options_.Values(); }
+  // The community file as start-up read it, which the settings page tells; its window need
+  // not exist.
+  void SetCommunityRules(const std::optional<rules::Winapp2Counts>& file) { options_.SetCommunityRules(file); }
   // Started at log-on and not yet brought forward: every paint hides the window.
   bool StaysHidden() const { return autoStarted_; }
 

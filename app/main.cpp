@@ -42,6 +42,7 @@ class LumenorApp final : public lumenor::CPcApp {
   void RunMainWindow(const lumenor::StartupSwitches& switches) override {
     if (!switches.autoStarted) TellRuleProblems();
     lumenor::CPcDlg mainWindow(lumenor::OpenWithShell, switches);
+    mainWindow.SetCommunityRules(CommunityFile());
     (void)mainWindow.DoModal(nullptr);  // ends with the quit message; nothing to do with its code
   }
 

@@ -39,6 +39,14 @@ std::wstring MegabytesText(uint64_t bytes, int decimals) {
   return text;
 }
 
+std::wstring GroupedNumber(uint64_t number) {
+  std::wstring text = std::to_wstring(number);
+  for (size_t digitsAfter = 3; digitsAfter < text.size(); digitsAfter += 4) {  // each comma adds one
+    text.insert(text.size() - digitsAfter, 1, L',');
+  }
+  return text;
+}
+
 bool SameText(std::wstring_view a, std::wstring_view b) {
   return a.size() == b.size() && ::CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
                                                         static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;

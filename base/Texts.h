@@ -1,6 +1,6 @@
 // Small text helpers every layer shares: string-table patterns filled in ("%1", "%2", ...
-// in any order, so a translation may reorder them), sizes in megabytes, and names compared
-// as the file system compares them.
+// in any order, so a translation may reorder them), sizes in megabytes, counts grouped by
+// thousands, and names compared as the file system compares them.
 #pragma once
 
 #include <cstdint>
@@ -22,6 +22,10 @@ std::wstring MegabytesText(uint64_t bytes, int decimals);
 // decimal; below that in whole kilobytes, rounded up ("1 KB" for a single byte, "0 KB"
 // for nothing).
 std::wstring FormatByteSize(uint64_t bytes);
+
+// A count with its thousands grouped by commas, as the program's English texts show it:
+// "4,065".
+std::wstring GroupedNumber(uint64_t number);
 
 // Whether two names are the same regardless of letter case, as the file system compares
 // them (ordinal, not by language).

@@ -30,7 +30,8 @@ using controls::Height;
 using controls::Width;
 
 // Controls meant to lie over others; each may hold a control that lies wholly inside it.
-const std::set<int> kHolders = {IDC_OPTIONS_GENERAL_FRAME, IDC_OPTIONS_EXIT_FRAME, IDC_OPTIONS_SCHEDULER_FRAME};
+const std::set<int> kHolders = {IDC_OPTIONS_GENERAL_FRAME, IDC_OPTIONS_EXIT_FRAME, IDC_OPTIONS_SCHEDULER_FRAME,
+                                IDC_OPTIONS_COMMUNITY_FRAME};
 
 struct Child {
   int id;

@@ -121,7 +121,8 @@ TEST_F(SettingsPage, BoxesLabelsAndFrameTitlesLetThePagesOwnBackgroundShowThroug
   const HGDIOBJ pagePrevious = SelectObject(pageDc, pageBitmap);
   SendMessageW(page, WM_ERASEBKGND, reinterpret_cast<WPARAM>(pageDc), 0);
   for (const int id : {IDC_OPTIONS_GENERAL_FRAME, IDC_OPTIONS_RUN_AT_STARTUP, IDC_OPTIONS_AUTO_UPDATE,
-                       IDC_OPTIONS_EXIT_FRAME, IDC_OPTIONS_TRAY, IDC_OPTIONS_SCAN_EVERY, IDC_OPTIONS_AT}) {
+                       IDC_OPTIONS_EXIT_FRAME, IDC_OPTIONS_TRAY, IDC_OPTIONS_SCAN_EVERY, IDC_OPTIONS_AT,
+                       IDC_OPTIONS_COMMUNITY_FRAME, IDC_OPTIONS_COMMUNITY_RULES}) {
     const HWND control = Control(id);
     RECT box{};
     ASSERT_TRUE(GetWindowRect(control, &box)) << id;
@@ -132,7 +133,7 @@ TEST_F(SettingsPage, BoxesLabelsAndFrameTitlesLetThePagesOwnBackgroundShowThroug
     const HDC controlDc = CreateCompatibleDC(screen);
     const HBITMAP controlBitmap = CreateCompatibleBitmap(screen, width, height);
     const HGDIOBJ controlPrevious = SelectObject(controlDc, controlBitmap);
-    const UINT message = id == IDC_OPTIONS_AT ? WM_CTLCOLORSTATIC : WM_CTLCOLORBTN;
+    const UINT message = id == IDC_OPTIONS_AT || id == IDC_OPTIONS_COMMUNITY_RULES ? WM_CTLCOLORSTATIC : WM_CTLCOLORBTN;
     const auto brush = reinterpret_cast<HBRUSH>(
         SendMessageW(page, message, reinterpret_cast<WPARAM>(controlDc), reinterpret_cast<LPARAM>(control)));
     const RECT all{0, 0, width, height};

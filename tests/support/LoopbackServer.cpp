@@ -44,8 +44,18 @@ std::string LoopbackServer::Answer(const std::string& body, int status) {
 }
 
 void LoopbackServer::Serve() {
-  std::vector<SOCKET> held;  // the silent server keeps its connections open, unanswered
+  std::vector<SOCKET> held;        // the silent server keeps its connections open, unanswered
+  std::vector<SOCKET> unanswered;  // answered on release
+  const auto answer = [this](SOCKET client) {
+    (void)send(client, response_.data(), static_cast<int>(response_.size()), 0);
+    (void)shutdown(client, SD_SEND);
+    closesocket(client);
+  };
   while (!stopping_) {
+    if (!holding_) {
+      for (const SOCKET client : unanswered) answer(client);
+      unanswered.clear();
+    }
     // Waits in short steps: a socket closed under a waiting accept does not wake it everywhere.
     fd_set ready;
     FD_ZERO(&ready);
@@ -67,13 +77,14 @@ void LoopbackServer::Serve() {
     }
     if (silent_) {
       held.push_back(client);
-      continue;
+    } else if (holding_) {
+      unanswered.push_back(client);
+    } else {
+      answer(client);
     }
-    (void)send(client, response_.data(), static_cast<int>(response_.size()), 0);
-    (void)shutdown(client, SD_SEND);
-    closesocket(client);
   }
   for (const SOCKET client : held) closesocket(client);
+  for (const SOCKET client : unanswered) closesocket(client);
 }
 
 }  // namespace lumenor::testing
