@@ -53,6 +53,13 @@ int EntryFor(HWND list, int value) {
   return value >= 0 && value < count ? value : CB_ERR;
 }
 
+std::wstring EntriesText(int entries) {
+  if (entries == 1) {
+    return LoadResourceString(IDS_OPTIONS_RULES_ONE_ENTRY);
+  }
+  return FillIn(LoadResourceString(IDS_OPTIONS_RULES_ENTRIES), {GroupedNumber(static_cast<uint64_t>(std::max(entries, 0)))});
+}
+
 // "2026-07-30" for the version "260730" (yymmdd, the day the file was published); empty
 // for a version that names no day.
 std::wstring PublishedDay(const std::wstring& version) {
@@ -270,7 +277,7 @@ void CDlgOptions::SetCommunityRules(const std::optional<rules::Winapp2Counts>& f
 void CDlgOptions::ShowCommunityRules() const {
   std::wstring line = LoadResourceString(IDS_OPTIONS_RULES_NONE);
   if (communityRules_) {
-    const std::wstring entries = GroupedNumber(static_cast<uint64_t>(std::max(communityRules_->entries, 0)));
+    const std::wstring entries = EntriesText(communityRules_->entries);
     const std::wstring day = PublishedDay(communityRules_->version);
     line = day.empty() ? FillIn(LoadResourceString(IDS_OPTIONS_RULES_FILE_UNDATED), {entries})
                        : FillIn(LoadResourceString(IDS_OPTIONS_RULES_FILE), {day, entries});
@@ -311,7 +318,7 @@ void CDlgOptions::RulesUpdateEnded(controls::RunEnd end, const CommunityRulesUpd
   communityRules_ = RulesInUse{update.version, update.entries};
   ShowCommunityRules();
   // The catalogue was built at start: the new rules show on the scan page after a restart.
-  Tell(FillIn(LoadResourceString(IDS_OPTIONS_RULES_UPDATED), {GroupedNumber(static_cast<uint64_t>(update.entries))}),
+  Tell(FillIn(LoadResourceString(IDS_OPTIONS_RULES_UPDATED), {EntriesText(update.entries)}),
        MB_ICONINFORMATION);
 }
 

@@ -105,6 +105,9 @@ TEST_F(CommunityRulesPage, TellsTheDayAndEntriesOfTheFileInUseOrThatThereIsNone)
     Window().SetCommunityRules(counts);
     EXPECT_EQ(Line(), L"winapp2.ini, 4,065 entries") << "a version that names no day: " << Narrow(version);
   }
+  counts.entriesLoaded = 1;
+  Window().SetCommunityRules(counts);
+  EXPECT_EQ(Line(), L"winapp2.ini, 1 entry");
   Window().SetCommunityRules(std::nullopt);
   EXPECT_EQ(Line(), L"No community rules yet");
   EXPECT_EQ(server.Requests(), 0) << "showing the page downloads nothing";
