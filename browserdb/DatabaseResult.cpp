@@ -24,4 +24,16 @@ std::wstring_view FailureReason(DatabaseFailure failure) {
   return L"stopped";
 }
 
+std::wstring DatabaseLineText(DatabaseContent content, const DatabaseLine& line) {
+  switch (content) {
+    case DatabaseContent::kCookies:
+      return line.label + L" (" + std::to_wstring(line.rows) + (line.rows == 1 ? L" cookie)" : L" cookies)");
+    case DatabaseContent::kHistory:
+      return std::to_wstring(line.rows) + L" visits, " + std::to_wstring(line.places) + L" addresses";
+    case DatabaseContent::kFormData:
+      break;
+  }
+  return std::to_wstring(line.rows) + L" form entries";
+}
+
 }  // namespace lumenor
