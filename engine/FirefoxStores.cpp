@@ -39,7 +39,8 @@ FileKind KindOfFile(const std::wstring& path) {
   if (!file) {
     const DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return FileKind::kMissing;
-    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION ? FileKind::kLocked : FileKind::kUnreadable;
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION ? FileKind::kLocked
+                                                                             : FileKind::kUnreadable;
   }
   std::array<char, sizeof kSqliteHeader> header{};
   DWORD read = 0;
@@ -91,8 +92,7 @@ std::optional<FirefoxStore> FirefoxStoreJournalOf(unsigned itemId, std::wstring_
   return database.empty() ? std::nullopt : FirefoxStoreOf(itemId, database);
 }
 
-StoreUse DecideFirefoxStore(FirefoxStore store, const std::wstring& path, const CookieKeepList& keep,
-                            StopToken stop) {
+StoreUse DecideFirefoxStore(FirefoxStore store, const std::wstring& path, const CookieKeepList& keep, StopToken stop) {
   if (store == FirefoxStore::kCookies) {
     // While a domain is kept the file is edited, never deleted: a file the cookie action
     // cannot read is reported by it and stays.

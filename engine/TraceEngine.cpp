@@ -99,14 +99,15 @@ std::vector<FoundStoreFile> FindStoreFiles(const ScanRun::Item& item, const Safe
 }
 
 SkippedLocation KeptStoreFile(const ScanRun::Item& item, size_t index, const FoundStoreFile& file) {
-  const std::wstring_view why = file.isJournal ? KeptReason(KeptBecause::kSqliteJournal) : FailureReason(file.use.failure);
+  const std::wstring_view why =
+      file.isJournal ? KeptReason(KeptBecause::kSqliteJournal) : FailureReason(file.use.failure);
   return {item.node, static_cast<int>(index), file.folder + file.name, FolderVerdict::kAllowed, std::wstring(why)};
 }
 
 // The scan of a store location: each database as a file, as the rows an erase would
 // delete, or as kept.
-void ScanStoreLocation(ScanRun& run, const ScanRun::Item& item, size_t index, const SafeFolder& folder,
-                       TraceSink& sink, const StopToken& stop) {
+void ScanStoreLocation(ScanRun& run, const ScanRun::Item& item, size_t index, const SafeFolder& folder, TraceSink& sink,
+                       const StopToken& stop) {
   const LocationRecord& location = item.locations[index];
   const CookieKeepList& keep = run.CookiesToKeep();
   for (const FoundStoreFile& file : FindStoreFiles(item, folder, location, keep, stop)) {

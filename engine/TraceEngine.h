@@ -15,11 +15,11 @@
 namespace lumenor {
 
 // Scans every location of the run's item (filled beforehand), in order, counting each
-// trace in `run`. Where Firefox's "places.sqlite" holds bookmarks, or the run keeps the
-// cookies of some domain, the rows an erase would delete are reported instead of the file. A file location whose folder the guard refuses is reported as skipped
+// trace in `run`. A file location whose folder the guard refuses is reported as skipped
 // and not walked; in a protected folder a location that names one file looks at that file
 // alone. A location without a folder (one that could not be found) is passed over
-// without a word.
+// without a word. Where Firefox's "places.sqlite" holds bookmarks, or the run keeps the
+// cookies of some domain, the rows an erase would delete are reported instead of the file.
 void ScanItem(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, const StopToken& stop,
               const FolderGuard& guard);
 

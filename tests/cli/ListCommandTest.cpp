@@ -32,7 +32,9 @@ TEST(CliList, PrintsIdLevelAndNameOfEveryNodeInCatalogueOrder) {
   for (const std::string& line : testing::SplitLines(result.out.substr(expected.size()))) {
     const std::vector<std::string> fields = testing::SplitTabs(line);
     ASSERT_EQ(fields.size(), 3u) << line;
-    if (fields[1] == "0") EXPECT_EQ(ruleCategories.count(fields[2]), 1u) << line;
+    if (fields[1] == "0") {
+      EXPECT_EQ(ruleCategories.count(fields[2]), 1u) << line;
+    }
   }
   EXPECT_EQ(result.err, "");
 }

@@ -138,7 +138,8 @@ TEST_F(ItemInTree, VisitedSitesAlsoClearTheBrowserStoreWhereThereIsOne) {
   MakeFile(history / L"index.dat");
   const auto run = RunOf({{kItemVisitedSites, {Folder(history.Path(), L"*.*", kMatchEveryFile)}}});
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, testing::MachineGuard(), run->CookiesToKeep());  // the store may be missing here: nothing must break
+  // The store may be missing here: nothing must break.
+  EraseItem(run->Items()[0], tally, testing::MachineGuard(), run->CookiesToKeep());
   EXPECT_EQ(tally.erased, 1);
 }
 
