@@ -40,6 +40,9 @@ class CDlgScan : public controls::CDialog {
   using Confirmation = std::function<bool()>;
   // Runs the erase progress dialog over an erase; answers how it ended.
   using EraseDialogRunner = std::function<INT_PTR(HWND owner, int total, std::function<void(EraseTally&)> erase)>;
+  // Runs the "Cookies to Keep" dialog on the settings file, offering the hosts found.
+  using CookiesDialogRunner =
+      std::function<void(HWND owner, const CIniFileRW& settings, std::vector<std::wstring> foundHosts)>;
 
   CDlgScan();
   ~CDlgScan() override;
@@ -61,6 +64,7 @@ class CDlgScan : public controls::CDialog {
   void SetMessageBox(MessageBoxFunction ask) { ask_ = std::move(ask); }
   void SetRestart(RestartMachine restart) { restart_ = std::move(restart); }
   void SetEraseDialogRunner(EraseDialogRunner runner) { runEraseDialog_ = std::move(runner); }
+  void SetCookiesDialogRunner(CookiesDialogRunner runner) { runCookiesDialog_ = std::move(runner); }
   // The settings file the page reads and writes; "setting.ini" beside the program unless
   // a test gives another.
   void SetSettingsFile(const CIniFileRW& settings) { settings_ = settings; }
@@ -127,6 +131,7 @@ class CDlgScan : public controls::CDialog {
   MessageBoxFunction ask_ = SystemMessageBox;
   RestartMachine restart_ = RestartWindowsNow;
   EraseDialogRunner runEraseDialog_;
+  CookiesDialogRunner runCookiesDialog_;
 };
 
 }  // namespace lumenor

@@ -9,6 +9,9 @@
 
 #include "base/TextEncoding.h"
 #include "browserdb/BrowserSchemas.h"
+#include "engine/RuleLoading.h"
+#include "engine/SystemPaths.h"
+#include "scan/PrivacyRun.h"
 
 #include <gtest/gtest.h>
 
@@ -232,6 +235,30 @@ TEST_F(ChromiumRules, ACorruptAndALockedDatabaseAreReportedAsFailedAndLeftAsThey
   EXPECT_EQ(testing::ReadFileBytes(corrupt), corruptBytes);
   EXPECT_EQ(testing::ReadFileBytes(locked), lockedBytes);
   EXPECT_TRUE(testing::ChromiumCookieHosts(chrome_ + L"Profile 2\\Network\\Cookies").empty());
+}
+
+// What the "Cookies to Keep" dialog offers after a scan: every host whose cookies would
+// go, without its leading dot, once, and none that the keep-list already keeps.
+TEST_F(ChromiumRules, AScanTellsTheHostsWhoseCookiesWouldGo) {
+  WriteLocalState(chrome_, {"Default", "Profile 1"});
+  MakeChromiumProfile(chrome_ + L"Default\\", {".example.com", "shop.kept.example"});
+  MakeChromiumProfile(chrome_ + L"Profile 1\\", {"example.com", "Tracker.example"});
+  class QuietReports final : public RunReports {
+    void StageReached(RunStage) override {}
+    void TraceFound(const FoundTrace&) override {}
+    void LocationSkipped(const SkippedLocation&) override {}
+    void Erased(int, uint64_t) override {}
+    void EraseFailed(const std::wstring&) override {}
+  } reports;
+
+  testing::TempFolder programFolder;  // no rule files nor community file beside it
+  LoadedRules loaded = LoadRules(programFolder.Path());
+  const CCatalogue catalogue = CatalogueWithRules(loaded, MachinePaths());
+  const std::unique_ptr<ScanRun> run = MakeScanRun(catalogue.Root(), {kChrome + kCookies}, catalogue.Rules());
+  ASSERT_EQ(run->Items().size(), 1u) << "Google Chrome is shown on this machine";
+  ASSERT_TRUE(run->CookiesToKeep().Add(L"kept.example"));
+  ScanItems(*run, nullptr, reports, StopToken(), FolderGuard(MachinePaths()));
+  EXPECT_EQ(run->CookieHostsFound(), (std::vector<std::wstring>{L"example.com", L"tracker.example"}));
 }
 
 }  // namespace
