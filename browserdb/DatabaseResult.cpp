@@ -25,15 +25,18 @@ std::wstring_view FailureReason(DatabaseFailure failure) {
 }
 
 std::wstring DatabaseLineText(DatabaseContent content, const DatabaseLine& line) {
+  const auto counted = [](uint64_t count, std::wstring_view one, std::wstring_view many) {
+    return std::to_wstring(count) + L" " + std::wstring(count == 1 ? one : many);
+  };
   switch (content) {
     case DatabaseContent::kCookies:
-      return line.label + L" (" + std::to_wstring(line.rows) + (line.rows == 1 ? L" cookie)" : L" cookies)");
+      return line.label + L" (" + counted(line.rows, L"cookie", L"cookies") + L")";
     case DatabaseContent::kHistory:
-      return std::to_wstring(line.rows) + L" visits, " + std::to_wstring(line.places) + L" addresses";
+      return counted(line.rows, L"visit", L"visits") + L", " + counted(line.places, L"address", L"addresses");
     case DatabaseContent::kFormData:
       break;
   }
-  return std::to_wstring(line.rows) + L" form entries";
+  return counted(line.rows, L"form entry", L"form entries");
 }
 
 }  // namespace lumenor

@@ -81,7 +81,7 @@ TEST_F(FirefoxProfiles, EveryProfileLosesItsCacheVisitsAndCookiesButKeepsBookmar
   EXPECT_EQ(scan.exitCode, 0u) << scan.err;
   for (const std::wstring& profile : {relative_, absolute_}) {
     SCOPED_TRACE(ToUtf8(profile));
-    EXPECT_TRUE(scan.HasTrace(profile + L"places.sqlite", L"2 visits, 1 addresses"));
+    EXPECT_TRUE(scan.HasTrace(profile + L"places.sqlite", L"2 visits, 1 address"));
     EXPECT_TRUE(scan.HasTrace(profile + L"cookies.sqlite", L"badexample.org (1 cookie)"));
     EXPECT_FALSE(scan.HasTrace(profile + L"cookies.sqlite", L"www.example.org (1 cookie)"));
   }
@@ -111,7 +111,7 @@ TEST_F(FirefoxProfiles, FixedBrowsingHistoryCleansTheVisitsOfAPlacesFileHoldingB
   testing::MakeFirefoxPlaces(relative_, true, true);
   const std::wstring items = testing::ItemsArgument({kItemFirefoxBrowsingHistory});
   const testing::CliJson scan = testing::RunCliJson(L"scan " + items);
-  EXPECT_TRUE(scan.HasTrace(relative_ + L"places.sqlite", L"2 visits, 1 addresses")) << "what goes, not the file";
+  EXPECT_TRUE(scan.HasTrace(relative_ + L"places.sqlite", L"2 visits, 1 address")) << "what goes, not the file";
   EXPECT_FALSE(scan.HasTrace(relative_, L"places.sqlite"));
 
   const testing::CliJson erase = testing::RunCliJson(L"erase " + items);
