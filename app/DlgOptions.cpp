@@ -2,10 +2,10 @@
 
 #include "base/ModulePath.h"
 #include "base/ResourceString.h"
-#include "catalogue/DlgOptionsChoose.h"
 #include "controls/Layout.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
+#include "scan/DlgOptionsChoose.h"
 #include "settings/StartupEntry.h"
 
 #include <iterator>
@@ -13,8 +13,6 @@
 #include <string>
 
 namespace lumenor {
-
-OptionValues Options;
 
 namespace {
 
@@ -56,8 +54,10 @@ int EntryFor(HWND list, int value) {
 
 CDlgOptions::CDlgOptions() : CDialog(IDD_OPTIONS), programPath_(ModuleFileName()) {}
 
+void CDlgOptions::LoadValues() { values_ = ReadOptionValues(CIniFileRW(kSettingsFileName)); }
+
 bool CDlgOptions::OnInit() {
-  Options = ReadOptionValues(CIniFileRW(kSettingsFileName));
+  LoadValues();
   (void)panel_.Load(IDB_SETTINGS_PANEL);  // without it the page is plain white
   if (save_.Attach(window_, IDC_OPTIONS_SAVE)) {
     save_.SetPictures(IDB_SETTINGS_SAVE_NORMAL, IDB_SETTINGS_SAVE_HOT, IDB_SETTINGS_SAVE_PRESSED,
@@ -89,7 +89,7 @@ void CDlgOptions::FillTimeLists() const {
 void CDlgOptions::ShowOptions() {
   for (const std::span<const BoxOption> boxes : kAllBoxes) {
     for (const BoxOption& box : boxes) {
-      (void)::CheckDlgButton(window_, box.control, ValueOf(Options, box.option) == 1 ? BST_CHECKED : BST_UNCHECKED);
+      (void)::CheckDlgButton(window_, box.control, ValueOf(values_, box.option) == 1 ? BST_CHECKED : BST_UNCHECKED);
     }
   }
   // A file may hold both choices (an empty one reads as all ones); the buttons can show
@@ -99,10 +99,10 @@ void CDlgOptions::ShowOptions() {
   }
   for (const BoxOption& list : kTimeLists) {
     HWND control = Item(list.control);
-    (void)::SendMessageW(control, CB_SETCURSEL, static_cast<WPARAM>(EntryFor(control, ValueOf(Options, list.option))),
+    (void)::SendMessageW(control, CB_SETCURSEL, static_cast<WPARAM>(EntryFor(control, ValueOf(values_, list.option))),
                          0);  // CB_ERR clears the selection, which is what such a number shows
   }
-  EnableTimeLists(Options.scheduleOn == 1);
+  EnableTimeLists(values_.scheduleOn == 1);
 }
 
 void CDlgOptions::EnableTimeLists(bool enable) const {
@@ -117,7 +117,7 @@ int CDlgOptions::Selected(int id) const { return static_cast<int>(::SendMessageW
 
 bool CDlgOptions::Changed() const {
   for (const BoxOption& box : kCheckBoxes) {
-    if (Checked(box.control) != ValueOf(Options, box.option)) {
+    if (Checked(box.control) != ValueOf(values_, box.option)) {
       return true;
     }
   }
@@ -132,7 +132,7 @@ bool CDlgOptions::Changed() const {
   // AM/PM is left out on purpose: changing it alone does not count.
   for (const BoxOption& list : kTimeLists) {
     if (list.option != Option::kWhen &&
-        Selected(list.control) != EntryFor(Item(list.control), ValueOf(Options, list.option))) {
+        Selected(list.control) != EntryFor(Item(list.control), ValueOf(values_, list.option))) {
       return true;
     }
   }
@@ -154,9 +154,9 @@ void CDlgOptions::ShowPage(int showCommand) {
 
 void CDlgOptions::Save() {
   const CIniFileRW file(kSettingsFileName);
-  const auto write = [&file](Option option, int value) {
+  const auto write = [this, &file](Option option, int value) {
     if (WriteOption(file, option, value)) {
-      ValueOf(Options, option) = value;  // a failed write leaves the page counted as changed
+      ValueOf(values_, option) = value;  // a failed write leaves the page counted as changed
     }
   };
   const int runAtStartup = Checked(IDC_OPTIONS_RUN_AT_STARTUP);
@@ -180,29 +180,76 @@ void CDlgOptions::Save() {
   for (size_t index = 0; index < std::size(kCloseChoices); ++index) {
     const BoxOption& radio = kCloseChoices[index];
     const int checked = Checked(radio.control);
-    if (checked != ValueOf(Options, radio.option)) {
+    if (checked != ValueOf(values_, radio.option)) {
       write(radio.option, checked);
     }
-    if (checked == ValueOf(Options, radio.option)) {
+    if (checked == ValueOf(values_, radio.option)) {
       closeChoicesShown_[index] = checked;
     }
   }
 }
 
-bool CDlgOptions::OnEraseBackground(HDC dc) {
-  const RECT client = ClientRect();
-  (void)::FillRect(dc, &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
+void CDlgOptions::PaintBackground(HDC dc, const RECT& client) const {
+  (void)::FillRect(dc, &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));  // fails only without a DC
   // The panel frames every control of the page, however large dialog units make it.
   const RECT panel{kPanelInset, kPanelInset, client.right - kPanelInset, client.bottom - kPanelInset};
-  (void)panel_.DrawStretched(dc, panel);
+  (void)panel_.DrawStretched(dc, panel);  // without the picture the page stays white
+}
+
+bool CDlgOptions::OnEraseBackground(HDC dc) {
+  PaintBackground(dc, ClientRect());
   return true;
 }
 
+void CDlgOptions::PaintedBackground::Reset() {
+  if (brush != nullptr) (void)::DeleteObject(brush);  // ours, selected nowhere
+  if (bitmap != nullptr) (void)::DeleteObject(bitmap);
+  brush = nullptr;
+  bitmap = nullptr;
+  size = {};
+}
+
+HBRUSH CDlgOptions::BackgroundBrush() {
+  const RECT client = ClientRect();
+  const SIZE size{client.right - client.left, client.bottom - client.top};
+  if (background_.brush != nullptr && background_.size.cx == size.cx && background_.size.cy == size.cy) {
+    return background_.brush;
+  }
+  background_.Reset();
+  const HDC screen = ::GetDC(window_);
+  const HDC memory = screen != nullptr ? ::CreateCompatibleDC(screen) : nullptr;
+  const HBITMAP bitmap =
+      screen != nullptr && size.cx > 0 && size.cy > 0 ? ::CreateCompatibleBitmap(screen, size.cx, size.cy) : nullptr;
+  if (screen != nullptr) (void)::ReleaseDC(window_, screen);  // only says whether it was released
+  if (memory != nullptr && bitmap != nullptr) {
+    const HGDIOBJ previous = ::SelectObject(memory, bitmap);
+    PaintBackground(memory, client);
+    (void)::SelectObject(memory, previous);  // gives back our bitmap
+    background_.bitmap = bitmap;
+    background_.brush = ::CreatePatternBrush(bitmap);
+    background_.size = size;
+  } else if (bitmap != nullptr) {
+    (void)::DeleteObject(bitmap);  // ours, selected nowhere
+  }
+  if (memory != nullptr) (void)::DeleteDC(memory);  // ours
+  // Without a picture of the page the labels stay on white, as the page's edge is.
+  return background_.brush != nullptr ? background_.brush : static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH));
+}
+
 bool CDlgOptions::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  // Labels and frames lie over the panel picture.
-  if (message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORBTN || message == WM_CTLCOLORDLG) {
-    (void)::SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
-    result = reinterpret_cast<LRESULT>(::GetStockObject(message == WM_CTLCOLORDLG ? NULL_BRUSH : WHITE_BRUSH));
+  const auto dc = reinterpret_cast<HDC>(wParam);
+  if (message == WM_CTLCOLORDLG) {
+    (void)::SetBkMode(dc, TRANSPARENT);  // answers only the previous mode
+    result = reinterpret_cast<LRESULT>(::GetStockObject(NULL_BRUSH));
+    return true;
+  }
+  // Labels, check boxes and frames lie over the panel: their background is the page's own.
+  if (message == WM_CTLCOLORSTATIC || message == WM_CTLCOLORBTN) {
+    POINT origin{0, 0};
+    (void)::MapWindowPoints(reinterpret_cast<HWND>(lParam), window_, &origin, 1);  // 0 is also a valid answer
+    (void)::SetBkMode(dc, TRANSPARENT);
+    (void)::SetBrushOrgEx(dc, -origin.x, -origin.y, nullptr);  // fails only without a DC
+    result = reinterpret_cast<LRESULT>(BackgroundBrush());
     return true;
   }
   return CDialog::OnMessage(message, wParam, lParam, result);

@@ -1,5 +1,6 @@
-// The settings page. Made once by the main window; making it loads the option values
-// from "setting.ini" into Options, which the main window and the scheduler read.
+// The settings page, and the option values in force for the whole program, which it owns:
+// the main window has them loaded from "setting.ini" at start and reads them for its
+// close button, the scheduler and the update check; making the page loads them again.
 // Leaving or showing the page with unsaved changes asks whether to save them.
 #pragma once
 
@@ -14,12 +15,15 @@
 
 namespace lumenor {
 
-// The option values in force for the whole program, owned by the settings page.
-extern OptionValues Options;
-
 class CDlgOptions : public controls::CDialog {
  public:
   CDlgOptions();
+
+  // Loads the values in force from "setting.ini"; the page need not exist.
+  void LoadValues();
+  const OptionValues& Values() const { return values_; }
+  // For tests that set the values in force directly.
+  OptionValues& Values() { return values_; }
 
   // Asks about unsaved changes, then shows or hides the page (SW_SHOW / SW_HIDE).
   void ShowPage(int showCommand);
@@ -50,9 +54,30 @@ class CDlgOptions : public controls::CDialog {
   void EnableTimeLists(bool enable) const;
   int Checked(int id) const;
   int Selected(int id) const;
+  void PaintBackground(HDC dc, const RECT& client) const;
+  // What the page paints behind its controls, as a brush for the labels, check boxes and
+  // frames that lie on it: filled with it, aligned to where each stands, they let the
+  // panel show through as if they had no background. Made again when the page's size
+  // changes.
+  HBRUSH BackgroundBrush();
+
+  class PaintedBackground {
+   public:
+    PaintedBackground() = default;
+    PaintedBackground(const PaintedBackground&) = delete;
+    PaintedBackground& operator=(const PaintedBackground&) = delete;
+    ~PaintedBackground() { Reset(); }
+    void Reset();
+
+    SIZE size{};
+    HBITMAP bitmap = nullptr;
+    HBRUSH brush = nullptr;
+  };
 
   controls::CBitmapResource panel_;
+  PaintedBackground background_;
   controls::CNButtonEx save_;
+  OptionValues values_;
   MessageBoxFunction messageBox_ = SystemMessageBox;
   std::function<void()> updateCheck_;
   std::wstring programPath_;

@@ -1,5 +1,6 @@
 #include "app/DlgWelcome.h"
 
+#include "controls/GdiOwners.h"
 #include "controls/Layout.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
@@ -42,16 +43,14 @@ bool CDlgWelcome::OnInit() {
 bool CDlgWelcome::OnEraseBackground(HDC) { return true; }
 
 bool CDlgWelcome::OnPaint() {
-  PAINTSTRUCT paint{};
-  HDC dc = ::BeginPaint(window_, &paint);
-  if (dc == nullptr) {
+  const controls::PaintDC dc(window_);
+  if (!dc) {
     return false;
   }
   const RECT client = ClientRect();
-  if (!picture_.DrawStretched(dc, client)) {
-    (void)::FillRect(dc, &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
+  if (!picture_.DrawStretched(dc.Get(), client)) {
+    (void)::FillRect(dc.Get(), &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
   }
-  (void)::EndPaint(window_, &paint);
   return true;
 }
 

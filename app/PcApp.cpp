@@ -1,11 +1,16 @@
 #include "app/PcApp.h"
 
-#include "app/StartupState.h"
+#include "base/ModulePath.h"
 #include "catalogue/Catalogue.h"
 
 #include <windows.h>
 
 namespace lumenor {
+
+std::wstring ProcessCommandLine() {
+  const wchar_t* commandLine = GetCommandLineW();
+  return commandLine != nullptr ? commandLine : L"";
+}
 
 bool CPcApp::InitInstance() {
   // Without a mutex (creation failed for another reason) start-up goes on unprotected.
@@ -14,19 +19,29 @@ bool CPcApp::InitInstance() {
     return false;
   }
 
-  (void)ParseCommandLine();  // its result is kept in the start-up state
+  (void)ParseCommandLine();  // its result is kept in the switches
 
-  const bool showSplash = AutoStarted == 0;
+  const bool showSplash = !switches_.autoStarted;
   if (showSplash) {
     ShowSplash();
   }
-  BuildCatalogue();
+  // The rules beside the program are read while the splash shows: the built-in ones, the
+  // user's rule files and the community file, each item shown where it applies.
+  LoadedRules loaded = LoadRules(ModuleFolder());
+  ruleProblems_ = std::move(loaded.problems);
+  community_ = loaded.community;
+  InstallCatalogue(CatalogueWithRules(loaded, MachinePaths()));
   if (showSplash) {
     CloseSplash();
   }
 
-  RunMainWindow();
+  RunMainWindow(switches_);
   return false;
+}
+
+int CPcApp::ParseCommandLine() {
+  switches_ = ReadStartupSwitches(commandLine_);
+  return switches_.hasShredPath ? 1 : 0;
 }
 
 int CPcApp::ExitInstance() {

@@ -2,12 +2,10 @@
 
 #include "app/Scheduler.h"
 #include "app/ShellMessages.h"
-#include "app/StartupState.h"
 #include "base/ModulePath.h"
 #include "base/ResourceString.h"
-#include "junk/JunkState.h"
+#include "controls/GdiOwners.h"
 #include "res/resource.h"
-#include "scan/ScanState.h"
 
 #include <commctrl.h>
 #include <shlwapi.h>
@@ -26,8 +24,14 @@ SYSTEMTIME SystemLocalTime() {
 
 }  // namespace
 
-CPcDlg::CPcDlg(PageOpener opener)
-    : CDialog(IDD_MAIN), opener_(std::move(opener)), clock_(SystemLocalTime), help_(opener_), updateCheck_(opener_) {
+CPcDlg::CPcDlg(PageOpener opener, StartupSwitches switches)
+    : CDialog(IDD_MAIN),
+      opener_(std::move(opener)),
+      clock_(SystemLocalTime),
+      autoStarted_(switches.autoStarted),
+      shredPath_(std::move(switches.shredPath)),
+      help_(opener_),
+      updateCheck_(opener_) {
   // The pages' templates hold list views and progress bars.
   INITCOMMONCONTROLSEX classes{sizeof classes,
                                ICC_LISTVIEW_CLASSES | ICC_TREEVIEW_CLASSES | ICC_PROGRESS_CLASS | ICC_STANDARD_CLASSES};
@@ -41,7 +45,7 @@ bool CPcDlg::OnInit() {
   }
   // The options are in force from the start; the settings page that shows them is made
   // when it is first shown, as every page but the first.
-  Options = ReadOptionValues(CIniFileRW(kSettingsFileName));
+  options_.LoadValues();
   skin_.SetUp(window_, tray_.MainIcon(), opener_);
   const controls::CDialog* const pages[] = {&scan_, &options_, &shred_, &junk_, &help_};
   skin_.LayOut(pages);
@@ -56,7 +60,7 @@ bool CPcDlg::OnInit() {
 }
 
 void CPcDlg::FinishStartUp() {
-  if (AutoStarted == 0) {
+  if (!autoStarted_) {
     // The frame shows at once; the first page, the slowest part to make, fills it next.
     Show(SW_SHOW);
     (void)::UpdateWindow(window_);  // nothing to paint yet is no failure
@@ -64,13 +68,13 @@ void CPcDlg::FinishStartUp() {
   (void)MadePage(help_);
   (void)tray_.Add(window_);  // without a notification area the window works all the same
   int tab = kScanPage;
-  if (!ShredPathArgument.empty()) {
+  if (!shredPath_.empty()) {
     tab = kShredPage;
-    (void)ShredPage().AddPath(ShredPathArgument);  // a file that cannot be listed is left out
+    (void)ShredPage().AddPath(shredPath_);  // a file that cannot be listed is left out
   }
   skin_.Tabs().Select(tab);
   ShowPage(tab);
-  if (Options.autoUpdate == 1) {
+  if (options_.Values().autoUpdate == 1) {
     (void)updateCheck_.Start(UpdateCheckRunner::Mode::kSilent);  // speaks only of a newer version
   }
 }
@@ -135,7 +139,7 @@ void CPcDlg::ShowPage(int index) {
 }
 
 void CPcDlg::ShowFromMenu(int tab, int page) {
-  AutoStarted = 0;
+  autoStarted_ = false;
   skin_.Tabs().Select(tab);
   ShowPage(page);
   Show(SW_SHOWNORMAL);
@@ -147,16 +151,18 @@ void CPcDlg::Quit() {
 }
 
 void CPcDlg::CloseButton() {
-  if (JunkSearchRunning != 0) {
+  if (junk_.Searching()) {
     return;
   }
-  if (Options.exitOnClose == 1) {
+  if (options_.Values().exitOnClose == 1) {
     Quit();
   }
-  if (Options.trayOnClose == 1) {
+  if (options_.Values().trayOnClose == 1) {
     Show(SW_HIDE);
   }
 }
+
+bool CPcDlg::AnyWorkRuns() const { return scan_.Scanning() || scan_.EraseDialogOpen() || junk_.Searching(); }
 
 bool CPcDlg::OnCommand(int id, int code, HWND control) {
   switch (id) {
@@ -164,7 +170,7 @@ bool CPcDlg::OnCommand(int id, int code, HWND control) {
       CloseButton();
       return true;
     case IDC_SKIN_MINIMIZE:
-      if (JunkSearchRunning == 0) {
+      if (!junk_.Searching()) {
         Show(SW_HIDE);
       }
       return true;
@@ -189,7 +195,7 @@ bool CPcDlg::OnCommand(int id, int code, HWND control) {
       opener_(MakerPage(L"/faq.php"), SW_SHOWNORMAL);
       return true;
     case ID_TRAY_ONE_CLICK:
-      if (ScanBusy == 0) {
+      if (!scan_.Scanning()) {
         (void)ScanPage().StartOneClickErase();  // refused while the page's worker runs
       }
       return true;
@@ -228,15 +234,15 @@ bool CPcDlg::OnTimer(UINT_PTR id) {
 }
 
 void CPcDlg::SchedulerTick() {
-  if (schedulerSuspended_ == 1 || Options.scheduleOn == 0) {
+  if (schedulerSuspended_ == 1 || options_.Values().scheduleOn == 0) {
     return;
   }
-  if (!ScheduledScanDue(Options, clock_())) {
+  if (!ScheduledScanDue(options_.Values(), clock_())) {
     return;
   }
   // Two workers over one list of items would tangle it: a tick that finds one running
   // is skipped.
-  if (scan_.Busy() || JunkSearchRunning != 0) {
+  if (scan_.Busy() || junk_.Searching()) {
     return;
   }
   tray_.ShowBalloon(LoadResourceString(IDS_AUTO_SCAN_TITLE), LoadResourceString(IDS_AUTO_SCAN_TEXT), 2000);
@@ -252,14 +258,14 @@ void CPcDlg::StopTrayAnimation(const std::wstring& title, const std::wstring& te
 }
 
 void CPcDlg::OnTrayCallback(UINT iconId, UINT mouseMessage) {
-  if (ScanBusy != 0 || EraseDialogOpen != 0 || JunkSearchRunning != 0) {
+  if (AnyWorkRuns()) {
     return;
   }
   if (iconId != kTrayIconId) {
     return;
   }
   if (mouseMessage == WM_LBUTTONDBLCLK) {
-    AutoStarted = 0;
+    autoStarted_ = false;
     Show(SW_SHOW);
   } else if (mouseMessage == WM_RBUTTONUP) {
     tray_.ShowMenu();
@@ -294,7 +300,7 @@ bool CPcDlg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& resu
       OnTrayCallback(static_cast<UINT>(wParam), static_cast<UINT>(lParam));
       return true;
     case kShowPageMessage:
-      AutoStarted = 0;
+      autoStarted_ = false;
       ShowPage(static_cast<int>(lParam));
       return true;
     case kShowShredderMessage:
@@ -347,16 +353,14 @@ bool CPcDlg::OnEraseBackground(HDC) { return true; }
 bool CPcDlg::OnPaint() {
   // An "-A" start stays in the notification area: every paint hides the window until a
   // page is brought forward.
-  if (AutoStarted == 1) {
+  if (autoStarted_) {
     Show(SW_HIDE);
   }
-  PAINTSTRUCT paint{};
-  HDC dc = ::BeginPaint(window_, &paint);
-  if (dc == nullptr) {
+  const controls::PaintDC dc(window_);
+  if (!dc) {
     return false;
   }
-  skin_.Paint(dc);
-  (void)::EndPaint(window_, &paint);
+  skin_.Paint(dc.Get());
   return true;
 }
 

@@ -7,6 +7,7 @@
 #include "app/DlgHelp.h"
 #include "app/DlgOptions.h"
 #include "app/SkinFrame.h"
+#include "app/StartupSwitches.h"
 #include "app/TrayIcon.h"
 #include "app/UpdateCheckRunner.h"
 #include "controls/Dialog.h"
@@ -29,8 +30,9 @@ class CPcDlg : public controls::CDialog {
   static constexpr UINT kSchedulerPeriodMs = 60000;
   enum Page : int { kScanPage = 0, kJunkPage = 1, kShredPage = 2, kOptionsPage = 3, kHelpPage = 4, kFaqPage = 5 };
 
-  // Pages and web pages open through `opener` (the shell, unless a test watches).
-  explicit CPcDlg(PageOpener opener = OpenWithShell);
+  // Pages and web pages open through `opener` (the shell, unless a test watches). The
+  // window owns the start-up switches from here on.
+  explicit CPcDlg(PageOpener opener = OpenWithShell, StartupSwitches switches = {});
 
   // The workers' status in the notification area: start animates the icon (and shows the
   // balloon while the window is hidden), stop puts the main icon back.
@@ -56,6 +58,10 @@ class CPcDlg : public controls::CDialog {
   const FrameLayout& Frame() const { return skin_.Layout(); }
   const CTrayIcon& Tray() const { return tray_; }
   UpdateCheckRunner& UpdateCheck() { return updateCheck_; }
+  // The option values in force, which the settings page owns; its window need not exist.
+  OptionValues& OptionsInForce() { return options_.Values(); }
+  // Started at log-on and not yet brought forward: every paint hides the window.
+  bool StaysHidden() const { return autoStarted_; }
 
  protected:
   bool OnInit() override;
@@ -85,11 +91,15 @@ class CPcDlg : public controls::CDialog {
   void ShowFromMenu(int tab, int page);
   void CloseButton();
   void Quit();
+  // Whether any page's work runs: icon clicks are ignored meanwhile.
+  bool AnyWorkRuns() const;
 
   // GDI+ runs for the life of the window: the pages' animations need it.
   controls::CGdiplusSession gdiplus_;
   PageOpener opener_;
   std::function<SYSTEMTIME()> clock_;
+  bool autoStarted_;        // "-A", until a page is brought forward
+  std::wstring shredPath_;  // "-S:", listed on the shredder at start
 
   CDlgScan scan_;
   CDlgOptions options_;

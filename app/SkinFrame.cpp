@@ -32,22 +32,15 @@ std::wstring WindowText(HWND window) { return controls::CWindow(window).Text(); 
 
 }  // namespace
 
-CSkinFrame::~CSkinFrame() {
-  for (HFONT font : {glyphFont_, titleFont_}) {
-    if (font != nullptr) {
-      (void)::DeleteObject(font);
-    }
-  }
-}
-
-HFONT CSkinFrame::TitleFont() const { return titleFont_ != nullptr ? titleFont_ : controls::DialogFont(window_); }
+HFONT CSkinFrame::TitleFont() const { return titleFont_ ? titleFont_.Get() : controls::DialogFont(window_); }
 
 void CSkinFrame::SetUp(HWND window, HICON icon, const PageOpener& opener) {
   window_ = window;
   icon_ = icon;
   // The caption in the template names the window (task bar, other programs); the skin
   // draws its own caption band instead of the system's.
-  (void)controls::CWindow(window).ChangeStyle(WS_CAPTION | WS_THICKFRAME, 0);  // with the frame left, the skin is only smaller
+  (void)controls::CWindow(window).ChangeStyle(WS_CAPTION | WS_THICKFRAME,
+                                              0);  // with the frame left, the skin is only smaller
   if (icon != nullptr) {
     (void)::SendMessageW(window, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));  // answers the old icon
   }
@@ -65,12 +58,12 @@ void CSkinFrame::SetUp(HWND window, HICON icon, const PageOpener& opener) {
   if (::GetObjectW(controls::DialogFont(window), sizeof title, &title) != 0) {
     title.lfWeight = FW_BOLD;
     title.lfHeight = ::MulDiv(title.lfHeight, 4, 3);
-    titleFont_ = ::CreateFontIndirectW(&title);
-    glyphFont_ = ::CreateFontIndirectW(&title);
+    titleFont_.Reset(::CreateFontIndirectW(&title));
+    glyphFont_.Reset(::CreateFontIndirectW(&title));
   }
-  if (glyphFont_ != nullptr) {
+  if (glyphFont_) {
     for (int id : {IDC_SKIN_CLOSE, IDC_SKIN_MINIMIZE}) {
-      (void)::SendDlgItemMessageW(window, id, WM_SETFONT, reinterpret_cast<WPARAM>(glyphFont_), FALSE);
+      (void)::SendDlgItemMessageW(window, id, WM_SETFONT, reinterpret_cast<WPARAM>(glyphFont_.Get()), FALSE);
     }
   }
   const std::wstring home = MakerHomePage();
@@ -80,17 +73,15 @@ void CSkinFrame::SetUp(HWND window, HICON icon, const PageOpener& opener) {
 
 SIZE CSkinFrame::TitleSize() const {
   SIZE size{};
-  HDC dc = ::GetDC(window_);
-  if (dc == nullptr) {
+  const controls::WindowDC dc(window_);
+  if (!dc) {
     return size;
   }
-  HGDIOBJ oldFont = ::SelectObject(dc, TitleFont());
+  const controls::SelectedObject font(dc.Get(), TitleFont());
   const std::wstring title = WindowText(window_);
-  if (::GetTextExtentPoint32W(dc, title.c_str(), static_cast<int>(title.size()), &size) == FALSE) {
+  if (::GetTextExtentPoint32W(dc.Get(), title.c_str(), static_cast<int>(title.size()), &size) == FALSE) {
     size = SIZE{};
   }
-  (void)::SelectObject(dc, oldFont);
-  (void)::ReleaseDC(window_, dc);
   return size;
 }
 
@@ -129,7 +120,8 @@ void CSkinFrame::LayOut(std::span<const controls::CDialog* const> pages) {
       {IDC_MAIN_HELP_FOOTER, &layout_.footerHelp},
   };
   for (const auto& [id, rect] : places) {
-    (void)controls::CWindow(::GetDlgItem(window_, id)).Move(*rect);  // a control that cannot move stays where the template put it
+    (void)controls::CWindow(::GetDlgItem(window_, id))
+        .Move(*rect);  // a control that cannot move stays where the template put it
   }
   (void)tabs_.Move(layout_.tabOrigin.x, layout_.tabOrigin.y, parts.tabStrip.cx, parts.tabStrip.cy);
   for (const controls::CDialog* page : pages) {
@@ -149,7 +141,7 @@ void CSkinFrame::LayOut(std::span<const controls::CDialog* const> pages) {
     work = RECT{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
   }
   (void)controls::CWindow(window_).Move(work.left + (controls::Width(work) - width) / 2,
-                                         work.top + (controls::Height(work) - height) / 2, width, height);
+                                        work.top + (controls::Height(work) - height) / 2, width, height);
 }
 
 void CSkinFrame::PlacePage(const controls::CDialog& page) const {
@@ -175,12 +167,11 @@ void CSkinFrame::Paint(HDC target) const {
   }
   const std::wstring title = WindowText(window_);
   RECT titleRect{layout_.title.left, layout_.caption.top, layout_.update.left, layout_.caption.bottom};
-  HGDIOBJ oldFont = ::SelectObject(dc, TitleFont());
+  const controls::SelectedObject font(dc, TitleFont());
   (void)::SetBkMode(dc, TRANSPARENT);
   (void)::SetTextColor(dc, RGB(255, 255, 255));
   (void)::DrawTextW(dc, title.c_str(), static_cast<int>(title.size()), &titleRect,
                     DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
-  (void)::SelectObject(dc, oldFont);
 }
 
 }  // namespace lumenor

@@ -5,6 +5,7 @@
 
 #include "app/FrameLayout.h"
 #include "controls/Dialog.h"
+#include "controls/GdiOwners.h"
 #include "controls/HyperLink.h"
 #include "controls/MyTabCtrl.h"
 #include "controls/NButtonEx.h"
@@ -22,7 +23,6 @@ class CSkinFrame {
   CSkinFrame() = default;
   CSkinFrame(const CSkinFrame&) = delete;
   CSkinFrame& operator=(const CSkinFrame&) = delete;
-  ~CSkinFrame();
 
   // Takes over `window`'s frame: drops the system caption and sets up the tab strip,
   // the buttons and the home-page link (opened through `opener`).
@@ -47,11 +47,12 @@ class CSkinFrame {
   HWND window_ = nullptr;
   HICON icon_ = nullptr;
   FrameLayout layout_;
+  // Declared before the controls that use them, so the controls go first.
+  controls::OwnedFont glyphFont_;
+  controls::OwnedFont titleFont_;
   controls::CMyTabCtrl tabs_;
   std::array<controls::CNButtonEx, 6> buttons_;
   controls::CMyHyperLink homeLink_;
-  HFONT glyphFont_ = nullptr;
-  HFONT titleFont_ = nullptr;
 };
 
 }  // namespace lumenor

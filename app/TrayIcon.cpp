@@ -27,23 +27,13 @@ void CopyText(wchar_t (&target)[N], const std::wstring& text) {
 }  // namespace
 
 CTrayIcon::CTrayIcon() {
-  mainIcon_ = LoadSmallIcon(IDI_MAIN);
+  mainIcon_.Reset(LoadSmallIcon(IDI_MAIN));
   for (size_t frame = 0; frame < frameIcons_.size(); ++frame) {
-    frameIcons_[frame] = LoadSmallIcon(kAnimationIcons[frame]);
+    frameIcons_[frame].Reset(LoadSmallIcon(kAnimationIcons[frame]));
   }
 }
 
-CTrayIcon::~CTrayIcon() {
-  Remove();
-  for (HICON icon : frameIcons_) {
-    if (icon != nullptr) {
-      (void)::DestroyIcon(icon);
-    }
-  }
-  if (mainIcon_ != nullptr) {
-    (void)::DestroyIcon(mainIcon_);
-  }
-}
+CTrayIcon::~CTrayIcon() { Remove(); }  // the icons go after it: the record holds one of them
 
 bool CTrayIcon::Add(HWND owner) {
   owner_ = owner;
@@ -52,7 +42,7 @@ bool CTrayIcon::Add(HWND owner) {
   record_.uID = kTrayIconId;
   record_.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
   record_.uCallbackMessage = kTrayCallbackMessage;
-  record_.hIcon = mainIcon_ != nullptr ? mainIcon_ : ::LoadIconW(nullptr, IDI_APPLICATION);
+  record_.hIcon = mainIcon_ ? mainIcon_.Get() : ::LoadIconW(nullptr, IDI_APPLICATION);
   CopyText(record_.szTip, LoadResourceString(IDS_PRODUCT_NAME));
   added_ = ::Shell_NotifyIconW(NIM_ADD, &record_) != FALSE;
   return added_;
@@ -92,10 +82,10 @@ void CTrayIcon::Animate(int frame, bool ownerVisible, int count) {
     record_.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
   }
   if (frame == kMainIconFrame) {
-    record_.hIcon = mainIcon_ != nullptr ? mainIcon_ : ::LoadIconW(nullptr, IDI_APPLICATION);
+    record_.hIcon = mainIcon_ ? mainIcon_.Get() : ::LoadIconW(nullptr, IDI_APPLICATION);
     title_ = LoadResourceString(IDS_PRODUCT_NAME);
   } else if (frame >= 0 && frame < static_cast<int>(frameIcons_.size())) {
-    record_.hIcon = frameIcons_[static_cast<size_t>(frame)];
+    record_.hIcon = frameIcons_[static_cast<size_t>(frame)].Get();
   }
   CopyText(record_.szTip, title_);
   (void)Modify();  // a lost frame is drawn again at the next tick

@@ -3,6 +3,7 @@
 // built on its first use. Mouse messages and menu choices go to the owner window.
 #pragma once
 
+#include "controls/GdiOwners.h"
 #include "controls/MyMenu.h"
 
 #include <windows.h>
@@ -47,7 +48,7 @@ class CTrayIcon {
   bool OnMeasureItem(MEASUREITEMSTRUCT& measure) const { return menu_.OnMeasureItem(measure); }
   bool OnDrawItem(const DRAWITEMSTRUCT& draw) { return menu_.OnDrawItem(draw); }
 
-  HICON MainIcon() const { return mainIcon_; }
+  HICON MainIcon() const { return mainIcon_.Get(); }
   const NOTIFYICONDATAW& Record() const { return record_; }
   bool Added() const { return added_; }
   bool MenuBuilt() const { return menu_.Built(); }
@@ -63,8 +64,8 @@ class CTrayIcon {
   std::wstring title_;
   std::wstring text_;
   int frame_ = 0;
-  HICON mainIcon_ = nullptr;
-  std::array<HICON, 4> frameIcons_{};
+  controls::OwnedIcon mainIcon_;
+  std::array<controls::OwnedIcon, 4> frameIcons_;
 };
 
 }  // namespace lumenor

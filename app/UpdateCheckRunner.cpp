@@ -1,58 +1,62 @@
 #include "app/UpdateCheckRunner.h"
 
 #include "base/ResourceString.h"
+#include "base/Texts.h"
 #include "res/resource.h"
 
+#include <memory>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace lumenor {
 
 namespace {
 
-// The message for an up-to-date program names the product where the text has "%s".
+// The message for an up-to-date program names the product.
 std::wstring UpToDateText() {
-  std::wstring text = LoadResourceString(IDS_UPDATE_NONE);
-  const size_t slot = text.find(L"%s");
-  if (slot != std::wstring::npos) {
-    text.replace(slot, 2, LoadResourceString(IDS_PRODUCT_NAME));
-  }
-  return text;
+  return FillIn(LoadResourceString(IDS_UPDATE_NONE), {LoadResourceString(IDS_PRODUCT_NAME)});
 }
 
 }  // namespace
 
 UpdateCheckRunner::UpdateCheckRunner(PageOpener opener) : opener_(std::move(opener)) {}
 
-UpdateCheckRunner::~UpdateCheckRunner() { results_->Unbind(); }
-
 void UpdateCheckRunner::Bind(HWND owner) {
   owner_ = owner;
   results_->Bind(owner);
 }
 
-bool UpdateCheckRunner::HandleMessage(UINT message, LRESULT& result) { return results_->HandleMessage(message, result); }
+bool UpdateCheckRunner::HandleMessage(UINT message, LRESULT& result) {
+  return results_->HandleMessage(message, result);
+}
 
 bool UpdateCheckRunner::Start(Mode mode) {
-  if (running_) {
+  if (worker_.Running()) {
     interactive_ = interactive_ || mode == Mode::kInteractive;
     return false;
   }
-  running_ = true;
   interactive_ = mode == Mode::kInteractive;
-  try {
-    std::thread([results = results_, folder = MakerPage(L"/download/"), this] {
-      CAutoUpdater updater;
-      const CAutoUpdater::Findings findings = updater.Look(folder);
-      // Runs only while this object is bound to its window, so `this` is still there.
-      (void)results->Post([this, findings] { Finish(findings); });  // dropped when the window went
-    }).detach();
-  } catch (const std::system_error&) {
-    running_ = false;  // no thread: no check, and the next click may try again
-    return false;
+  // The thread holds nothing of this object: only the findings, shared with the end.
+  const auto findings = std::make_shared<CAutoUpdater::Findings>();
+  return worker_.Start(
+      [findings, folder = MakerPage(L"/download/")](const StopToken&) {
+        CAutoUpdater updater;
+        *findings = updater.Look(folder);  // gives up by its own time-outs, not on a stop
+      },
+      [this, findings](controls::RunEnd end) {
+        if (end == controls::RunEnd::kFinished) {
+          Finish(*findings);
+        } else {
+          NotStarted();  // the next click may try again
+        }
+      });
+}
+
+void UpdateCheckRunner::NotStarted() {
+  if (interactive_) {
+    (void)messageBox_(owner_, LoadResourceString(IDS_TASK_NOT_STARTED), LoadResourceString(IDS_PRODUCT_NAME),
+                      MB_OK | MB_ICONWARNING);
   }
-  return true;
 }
 
 void UpdateCheckRunner::Finish(const CAutoUpdater::Findings& findings) {
@@ -78,7 +82,6 @@ void UpdateCheckRunner::Finish(const CAutoUpdater::Findings& findings) {
     default:
       break;  // no version of its own to compare: nothing to say
   }
-  running_ = false;
 }
 
 }  // namespace lumenor

@@ -1,9 +1,11 @@
 // The update check as the windows run it. The download runs on a worker thread, so a
 // slow or silent server never holds a window; the question and the messages come on the
 // window's thread when the result arrives. One check at a time: a click while one runs
-// starts nothing.
+// starts nothing. A server may keep the download waiting past the window's end, so the
+// worker shares its queue with the thread and leaves it to end on its own.
 #pragma once
 
+#include "controls/PageWorker.h"
 #include "controls/UiTasks.h"
 #include "controls/UserPrompt.h"
 #include "update/AutoUpdater.h"
@@ -22,31 +24,34 @@ class UpdateCheckRunner {
   explicit UpdateCheckRunner(PageOpener opener);
   UpdateCheckRunner(const UpdateCheckRunner&) = delete;
   UpdateCheckRunner& operator=(const UpdateCheckRunner&) = delete;
-  // A check still downloading is left to end on its own; its result is dropped.
-  ~UpdateCheckRunner();
 
   // The window whose thread shows the results and owns the message boxes; it hands its
   // messages to HandleMessage.
   void Bind(HWND owner);
   bool HandleMessage(UINT message, LRESULT& result);
   void SetMessageBox(MessageBoxFunction messageBox) { messageBox_ = std::move(messageBox); }
+  // How the download's thread is started; tests make it fail.
+  void SetThreadStarter(controls::ThreadStarter starter) { worker_.SetThreadStarter(std::move(starter)); }
 
   // Starts a check of the maker's download folder. The silent one speaks only when a
   // newer version is offered. False when a check is already running; an interactive
-  // request then makes the running check report its result.
+  // request then makes the running check report its result. False too when no thread
+  // could start; an interactive check then says so.
   bool Start(Mode mode);
-  bool Running() const { return running_; }
+  bool Running() const { return worker_.Running(); }
 
  private:
   void Finish(const CAutoUpdater::Findings& findings);
+  void NotStarted();
 
   PageOpener opener_;
   MessageBoxFunction messageBox_ = SystemMessageBox;
   HWND owner_ = nullptr;
-  // Shared with the worker, which may outlive this object while a server keeps it waiting.
-  std::shared_ptr<controls::UiTaskQueue> results_ = std::make_shared<controls::UiTaskQueue>();
-  bool running_ = false;
   bool interactive_ = false;
+  // Shared with the worker's thread, which may outlive this object while a server keeps
+  // it waiting; a check still downloading then ends on its own and its result is dropped.
+  std::shared_ptr<controls::UiTaskQueue> results_ = std::make_shared<controls::UiTaskQueue>();
+  controls::PageWorker worker_{results_};
 };
 
 }  // namespace lumenor

@@ -2,10 +2,14 @@
 #include "app/DlgWelcome.h"
 #include "app/PcApp.h"
 #include "app/PcDlg.h"
+#include "base/ResourceString.h"
+#include "res/resource.h"
 
 #include <windows.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -35,12 +39,29 @@ class LumenorApp final : public lumenor::CPcApp {
       (void)::DispatchMessageW(&message);
     }
   }
-  void RunMainWindow() override {
-    lumenor::CPcDlg mainWindow;
+  void RunMainWindow(const lumenor::StartupSwitches& switches) override {
+    if (!switches.autoStarted) TellRuleProblems();
+    lumenor::CPcDlg mainWindow(lumenor::OpenWithShell, switches);
     (void)mainWindow.DoModal(nullptr);  // ends with the quit message; nothing to do with its code
   }
 
  private:
+  // A rule file of the user's that does not load is told once at start, file, line and
+  // column first; its other rules and every other file load all the same.
+  void TellRuleProblems() const {
+    constexpr size_t kShown = 12;
+    const std::vector<lumenor::rules::Problem>& problems = RuleProblems();
+    if (problems.empty()) return;
+    std::wstring text = lumenor::LoadResourceString(IDS_RULE_PROBLEMS);
+    for (size_t index = 0; index < problems.size() && index < kShown; ++index) {
+      const lumenor::rules::Problem& problem = problems[index];
+      text += L"\n" + problem.where.file + L":" + std::to_wstring(problem.where.line) + L":" +
+              std::to_wstring(problem.where.column) + L": " + problem.message;
+    }
+    if (problems.size() > kShown) text += L"\n... (" + std::to_wstring(problems.size() - kShown) + L")";
+    (void)::MessageBoxW(nullptr, text.c_str(), L"Lumenor", MB_OK | MB_ICONWARNING);  // only OK to answer
+  }
+
   std::unique_ptr<lumenor::CDlgWelcome> splash_;
 };
 

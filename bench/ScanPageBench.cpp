@@ -13,7 +13,6 @@
 #include "controls/UiTasks.h"
 #include "res/resource.h"
 #include "scan/DlgScan.h"
-#include "scan/ScanState.h"
 
 #include <windows.h>
 

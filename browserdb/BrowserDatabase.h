@@ -6,7 +6,7 @@
 
 #include "browserdb/DatabaseResult.h"
 #include "browserdb/SqliteDatabase.h"
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 
 #include <initializer_list>
 #include <optional>

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "browserdb/DatabaseResult.h"
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 
 #include <string>
 

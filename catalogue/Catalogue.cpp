@@ -146,9 +146,7 @@ void CCatalogue::AddRuleCategories(const RuleShown& shown) {
 
 void BuildCatalogue() { TheCatalogue() = CCatalogue::Build(); }
 
-void BuildCatalogue(std::unique_ptr<rules::RuleBook> rules, const CCatalogue::RuleShown& shown) {
-  TheCatalogue() = CCatalogue::Build(std::move(rules), shown);
-}
+void InstallCatalogue(CCatalogue catalogue) { TheCatalogue() = std::move(catalogue); }
 
 void FreeCatalogue() { TheCatalogue().Clear(); }
 

@@ -86,7 +86,8 @@ CMyObject* FindNodeById(CMyObject* root, unsigned id);
 
 // The process-wide catalogue.
 void BuildCatalogue();
-void BuildCatalogue(std::unique_ptr<rules::RuleBook> rules, const CCatalogue::RuleShown& shown);
+// Makes `catalogue` (with its rules) the process-wide one.
+void InstallCatalogue(CCatalogue catalogue);
 void FreeCatalogue();
 CMyObject* CatalogueRoot();
 const CCatalogue& ProcessCatalogue();

@@ -1,8 +1,6 @@
 #include "cli/JunkCommand.h"
 
 #include "cli/JsonText.h"
-#include "junk/JunkCatalogue.h"
-#include "junk/JunkMatcher.h"
 #include "junk/JunkRemoval.h"
 #include "junk/JunkWalk.h"
 
@@ -15,34 +13,6 @@ namespace lumenor {
 namespace {
 
 constexpr ULONGLONG kProgressIntervalMs = 1000;
-
-// "default", "all", or catalogue masks separated by commas (any case: the catalogue's
-// are lower case, as are the names they are matched with).
-bool ParseMasks(const std::wstring& text, std::vector<std::wstring>& masks, std::wstring& problem) {
-  if (text == L"default") {
-    masks = DefaultJunkMasks();
-    return true;
-  }
-  if (text == L"all") {
-    masks = AllJunkMasks();
-    return true;
-  }
-  size_t start = 0;
-  for (;;) {
-    const size_t comma = text.find(L',', start);
-    const std::wstring mask =
-        LowerCaseName(text.substr(start, comma == std::wstring::npos ? std::wstring::npos : comma - start));
-    if (!IsCatalogueMask(mask)) {
-      problem = L"unknown junk mask: \"" + mask + L"\" (masks are those of the junk catalogue, such as *.tmp)";
-      return false;
-    }
-    masks.push_back(mask);
-    if (comma == std::wstring::npos) {
-      return true;
-    }
-    start = comma + 1;
-  }
-}
 
 class JunkPrinter {
  public:
@@ -106,51 +76,8 @@ class CountingTally final : public EraseTally {
 
 }  // namespace
 
-std::optional<JunkCommandOptions> ParseJunkCommandOptions(const std::vector<std::wstring>& arguments,
-                                                          std::wstring& problem) {
-  JunkCommandOptions options;
-  bool masksGiven = false;
-  for (size_t i = 0; i < arguments.size(); ++i) {
-    const std::wstring& argument = arguments[i];
-    const bool hasValue = i + 1 < arguments.size();
-    if (argument == L"--json") {
-      options.json = true;
-    } else if (argument == L"--delete") {
-      options.remove = true;
-    } else if (argument == L"--folder") {
-      if (!hasValue || options.folder) {
-        problem = hasValue ? L"more than one --folder" : L"--folder needs a folder, such as --folder C:\\Temp";
-        return std::nullopt;
-      }
-      options.folder = arguments[++i];
-      FolderVerdict refusal = FolderVerdict::kAllowed;
-      if (!JunkScopeOfFolder(*options.folder, &refusal)) {
-        problem = L"Please choose a path for cleaning junk files: \"" + *options.folder + L"\" is a " +
-                  std::wstring(VerdictReason(refusal)) + L"; give an absolute folder such as C:\\Temp";
-        return std::nullopt;
-      }
-    } else if (argument == L"--masks") {
-      if (!hasValue || masksGiven) {
-        problem = hasValue ? L"more than one --masks" : L"--masks needs default, all or a list such as *.tmp,*.old";
-        return std::nullopt;
-      }
-      masksGiven = true;
-      if (!ParseMasks(arguments[++i], options.masks, problem)) {
-        return std::nullopt;
-      }
-    } else {
-      problem = L"unexpected argument: " + argument;
-      return std::nullopt;
-    }
-  }
-  if (!masksGiven) {
-    options.masks = DefaultJunkMasks();
-  }
-  return options;
-}
-
 int RunJunkCommand(const JunkCommandOptions& options, const SystemPaths& paths, const ConsoleOutput& out,
-                   const ConsoleOutput& err) {
+                   const ConsoleOutput& err, const StopToken& stop) {
   BufferedOutput lines(out);
   JunkPrinter printer(lines, options.json, options.masks);
   JunkScope scope;
@@ -169,7 +96,7 @@ int RunJunkCommand(const JunkCommandOptions& options, const SystemPaths& paths, 
   std::vector<std::wstring> found;
   ULONGLONG lastProgress = 0;
   const bool showProgress = err.IsConsole();
-  WalkJunkScope(scope, paths, options.masks, StopToken(), [&](JunkFile&& file) {
+  WalkJunkScope(scope, paths, options.masks, stop, [&](JunkFile&& file) {
     printer.Found(file);
     if (options.remove) {
       found.push_back(JunkPath(file.folder, file.name));
@@ -183,7 +110,7 @@ int RunJunkCommand(const JunkCommandOptions& options, const SystemPaths& paths, 
   std::optional<std::pair<int, int>> deletedAndFailed;
   if (options.remove) {
     CountingTally tally(printer);
-    DeleteJunkFiles(found, tally);
+    DeleteJunkFiles(found, tally, stop);
     deletedAndFailed = std::make_pair(tally.deleted, tally.failed);
   }
   printer.Summary(deletedAndFailed);

@@ -3,6 +3,10 @@
 #include "base/UniqueHandle.h"
 #include "cli/JsonText.h"
 #include "engine/FilePath.h"
+#include "engine/RulePlan.h"
+#include "engine/SystemPaths.h"
+#include "rules/RuleBook.h"
+#include "rules/Winapp2Reader.h"
 #include "rules/XmlRuleReader.h"
 #include "xml/XmlReader.h"
 
@@ -63,6 +67,40 @@ FileBytes ReadWholeFile(const std::wstring& path, size_t limit) {
   return read;
 }
 
+void PrintProblems(const std::vector<rules::Problem>& problems, bool json, BufferedOutput& lines) {
+  for (const rules::Problem& problem : problems) {
+    const std::wstring line = std::to_wstring(problem.where.line);
+    const std::wstring column = std::to_wstring(problem.where.column);
+    lines.Line(json ? L"{\"type\":\"problem\",\"file\":" + JsonString(problem.where.file) + L",\"line\":" + line +
+                          L",\"column\":" + column + L",\"message\":" + JsonString(problem.message) + L"}"
+                    : problem.where.file + L":" + line + L":" + column + L": " + problem.message);
+  }
+}
+
+// The community's winapp2.ini: its problems, what it holds, and how many of its entries
+// apply on this machine.
+int CheckWinapp2(const std::string& bytes, const RulesCheckOptions& options, BufferedOutput& lines) {
+  rules::Winapp2File file = rules::ReadWinapp2(bytes, options.file);
+  PrintProblems(file.rules.problems, options.json, lines);
+  const size_t problems = file.rules.problems.size();
+  rules::RuleBook book;
+  book.Add(std::move(file.rules));
+  const RememberedPaths paths(MachinePaths());
+  const auto detected = std::count_if(book.Entries().begin(), book.Entries().end(),
+                                      [&](const rules::RuleBook::Entry& entry) { return IsRuleDetected(entry, paths); });
+  const rules::Winapp2Counts& counts = file.counts;
+  const auto number = [](auto value) { return std::to_wstring(value); };
+  lines.Line(options.json ? L"{\"type\":\"summary\",\"entries\":" + number(counts.entriesLoaded) + L",\"fileKeys\":" +
+                                number(counts.fileKeys.read) + L",\"regKeys\":" + number(counts.regKeys.read) +
+                                L",\"excludeKeys\":" + number(counts.excludeKeys.read) + L",\"detected\":" +
+                                number(detected) + L",\"problems\":" + number(problems) + L"}"
+                          : number(counts.entriesLoaded) + L" entries (" + number(detected) + L" found on this machine), " +
+                                number(counts.fileKeys.read) + L" file keys, " + number(counts.regKeys.read) +
+                                L" registry keys, " + number(counts.excludeKeys.read) + L" exclusions, " +
+                                number(problems) + L" problems");
+  return lines.Flush() && problems == 0 ? 0 : 1;
+}
+
 }  // namespace
 
 std::optional<RulesCheckOptions> ParseRulesCheckOptions(const std::vector<std::wstring>& arguments,
@@ -87,7 +125,10 @@ std::optional<RulesCheckOptions> ParseRulesCheckOptions(const std::vector<std::w
 
 int RunRulesCheck(const RulesCheckOptions& options, const ConsoleOutput& out, const ConsoleOutput& err) {
   FileBytes file = ReadWholeFile(options.file, xml::kMaxInputBytes);
-  if (file.failure.empty() && !rules::LooksLikeXml(file.bytes)) file.failure = L"not a rule file";
+  const bool xmlFile = rules::LooksLikeXml(file.bytes);
+  if (file.failure.empty() && !xmlFile && rules::ReadWinapp2(file.bytes, options.file).counts.entriesRead == 0) {
+    file.failure = L"not a rule file";
+  }
   if (!file.failure.empty()) {
     if (options.json) {
       (void)out.WriteLine(L"{\"type\":\"error\",\"file\":" + JsonString(options.file) + L",\"message\":" +
@@ -96,16 +137,10 @@ int RunRulesCheck(const RulesCheckOptions& options, const ConsoleOutput& out, co
     (void)err.WriteLine(L"lumenor-cli: " + options.file + L": " + file.failure);
     return kUnreadable;
   }
-  const rules::RuleSet rules = rules::ReadXmlRules(file.bytes, options.file, rules::RuleOrigin::kUserFile);
   BufferedOutput lines(out);
-  for (const rules::Problem& problem : rules.problems) {
-    const std::wstring line = std::to_wstring(problem.where.line);
-    const std::wstring column = std::to_wstring(problem.where.column);
-    lines.Line(options.json
-                   ? L"{\"type\":\"problem\",\"file\":" + JsonString(problem.where.file) + L",\"line\":" + line +
-                         L",\"column\":" + column + L",\"message\":" + JsonString(problem.message) + L"}"
-                   : problem.where.file + L":" + line + L":" + column + L": " + problem.message);
-  }
+  if (!xmlFile) return CheckWinapp2(file.bytes, options, lines);
+  const rules::RuleSet rules = rules::ReadXmlRules(file.bytes, options.file, rules::RuleOrigin::kUserFile);
+  PrintProblems(rules.problems, options.json, lines);
   size_t items = 0;
   for (const rules::Application& application : rules.applications) items += application.items.size();
   const std::wstring applicationCount = std::to_wstring(rules.applications.size());

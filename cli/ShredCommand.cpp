@@ -12,13 +12,6 @@ namespace lumenor {
 
 namespace {
 
-std::optional<ShredMethod> MethodNamed(std::wstring_view name) {
-  if (name == L"quick") return ShredMethod::kQuick;
-  if (name == L"safe") return ShredMethod::kSafe;
-  if (name == L"thorough") return ShredMethod::kThorough;
-  return std::nullopt;
-}
-
 // One line a file, as it is decided, and the counts for the summary.
 class FileLines {
  public:
@@ -37,6 +30,13 @@ class FileLines {
     const std::wstring reason(FailureReason(failure));
     out_.Line(json_ ? L"{\"type\":\"failed\",\"path\":" + JsonString(path) + L",\"reason\":" + JsonString(reason) + L"}"
                     : L"failed\t" + path + L"\t" + reason);
+  }
+  // A folder link met in a folder walk: no file, so neither shredded nor failed.
+  void Skipped(const std::wstring& path, ShredFailure failure) {
+    const std::wstring reason(FailureReason(failure));
+    out_.Line(json_
+                  ? L"{\"type\":\"skipped\",\"path\":" + JsonString(path) + L",\"reason\":" + JsonString(reason) + L"}"
+                  : L"skipped\t" + path + L"\t" + reason);
   }
   void Summary() {
     const std::wstring files = std::to_wstring(shredded_ + failed_);
@@ -89,12 +89,6 @@ class JobLines final : public ShredReports {
   int shownPercent_ = -1;
 };
 
-// The path without the backslash the canonical folder form ends with.
-std::wstring WithoutTrailingSlash(std::wstring path) {
-  if (path.size() > 3 && path.ends_with(L'\\')) path.pop_back();
-  return path;
-}
-
 // The last name of a path as typed, separators at its end aside.
 std::wstring_view LastName(std::wstring_view path) {
   while (!path.empty() && (path.back() == L'\\' || path.back() == L'/')) path.remove_suffix(1);
@@ -108,38 +102,8 @@ bool EndsInDotOrBlank(std::wstring_view name) {
 
 }  // namespace
 
-std::optional<ShredCommandOptions> ParseShredCommandOptions(const std::vector<std::wstring>& arguments,
-                                                            std::wstring& problem) {
-  ShredCommandOptions options;
-  for (size_t i = 0; i < arguments.size(); ++i) {
-    const std::wstring& argument = arguments[i];
-    if (argument == L"--json") {
-      options.json = true;
-    } else if (argument == L"--method") {
-      const std::optional<ShredMethod> method = i + 1 < arguments.size() ? MethodNamed(arguments[i + 1]) : std::nullopt;
-      if (!method) {
-        problem = i + 1 < arguments.size() ? L"unknown method: " + arguments[i + 1]
-                                           : L"--method needs quick, safe or thorough";
-        return std::nullopt;
-      }
-      options.method = *method;
-      ++i;
-    } else if (argument.starts_with(L"--")) {
-      problem = L"unexpected argument: " + argument;
-      return std::nullopt;
-    } else {
-      options.paths.push_back(argument);
-    }
-  }
-  if (options.paths.empty()) {
-    problem = L"shred needs at least one file or folder";
-    return std::nullopt;
-  }
-  return options;
-}
-
 int RunShredCommand(const ShredCommandOptions& options, const ConsoleOutput& out, const ConsoleOutput& err,
-                    const std::function<int(std::wstring_view)>& usageError) {
+                    const std::function<int(std::wstring_view)>& usageError, const StopToken& stop) {
   BufferedOutput output(out);
   FileLines lines(output, options.json);
   const FolderGuard guard(MachinePaths());
@@ -153,31 +117,36 @@ int RunShredCommand(const ShredCommandOptions& options, const ConsoleOutput& out
       refusals.push_back({path, ShredFailure::kAmbiguousName});
       continue;
     }
+    // Read and judged once; what travels on is that one reading.
     const FolderGuard::Check check = guard.Inspect(path);
-    if (check.verdict == FolderVerdict::kRelativePath || check.verdict == FolderVerdict::kDevicePath ||
-        check.verdict == FolderVerdict::kInvalidPath || check.folder.empty()) {
+    if (!check.path) {
       return usageError(std::wstring(VerdictReason(check.verdict)) + L": " + path);
     }
-    const std::wstring canonical = WithoutTrailingSlash(check.folder);
-    const DWORD attributes = GetFileAttributesW(ForFileApi(canonical).c_str());
+    const SafePath entry = check.path->AsEntry();
+    const DWORD attributes = GetFileAttributesW(entry.ForApi().c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-      refusals.push_back({canonical, ShredFailure::kMissing});
-    } else if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-      const std::optional<SafeFolder> folder = guard.Admit(path);
-      if (!folder) {
+      refusals.push_back({entry.Text(), ShredFailure::kMissing});
+    } else if (IsFolder(attributes)) {
+      if (!check.admitted) {
         return usageError(std::wstring(VerdictReason(check.verdict)) + L": " + path);
       }
-      (void)list.AddFolder(*folder, [&refusals](const Refusal& refusal) { refusals.push_back(refusal); });
+      (void)list.AddFolder(*check.admitted, [&refusals](const Refusal& refusal) { refusals.push_back(refusal); });
     } else {
       Refusal refusal;
-      if (list.AddFile(canonical, &refusal) == AddResult::kRefused) refusals.push_back(refusal);
+      if (list.AddFile(entry, &refusal) == AddResult::kRefused) refusals.push_back(refusal);
     }
   }
-  for (const Refusal& refusal : refusals) lines.Failed(refusal.path, refusal.failure);
+  for (const Refusal& refusal : refusals) {
+    if (refusal.folderLink) {
+      lines.Skipped(refusal.path, refusal.failure);
+    } else {
+      lines.Failed(refusal.path, refusal.failure);
+    }
+  }
 
   const std::vector<ShredTarget>& targets = list.Targets();
   JobLines job(targets, lines, err.IsConsole() ? &err : nullptr);
-  if (RunShredJob(targets, options.method, job, StopToken()) == ShredJobEnd::kNoMemory) {
+  if (RunShredJob(targets, options.method, job, stop) == ShredJobEnd::kNoMemory) {
     (void)err.WriteLine(L"lumenor-cli: not enough memory for the overwrite patterns");  // the lines say the rest
     for (const ShredTarget& target : targets) lines.Failed(target.Path(), ShredFailure::kNotReached);
   }

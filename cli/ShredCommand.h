@@ -2,32 +2,23 @@
 // by one method through the same job as the shred page, one line a file and a summary.
 #pragma once
 
+#include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
-#include "shred/ShredMethod.h"
+#include "base/StopToken.h"
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace lumenor {
-
-struct ShredCommandOptions {
-  ShredMethod method = ShredMethod::kQuick;  // the page's default
-  bool json = false;
-  std::vector<std::wstring> paths;
-};
-
-// Reads the arguments after the command name. On a mistake, `problem` names it.
-std::optional<ShredCommandOptions> ParseShredCommandOptions(const std::vector<std::wstring>& arguments,
-                                                            std::wstring& problem);
 
 // Checks every path before anything is touched: a relative or device path, or a folder
 // the folder rules protect, goes to `usageError` (whose answer is returned) and nothing
 // is shredded. Otherwise the exit status: 0 when every file was shredded, 1 when any
-// was not (or the output could not be written).
+// was not (or the output could not be written). A folder link met below a folder is no
+// file: it is told as skipped. A stop request ends the pass at hand, as the page's stop
+// button does; that file and the ones after it are told as not shredded.
 int RunShredCommand(const ShredCommandOptions& options, const ConsoleOutput& out, const ConsoleOutput& err,
-                    const std::function<int(std::wstring_view)>& usageError);
+                    const std::function<int(std::wstring_view)>& usageError, const StopToken& stop);
 
 }  // namespace lumenor

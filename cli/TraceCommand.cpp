@@ -1,14 +1,14 @@
 #include "cli/TraceCommand.h"
 
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
-#include "base/TextFormat.h"
+#include "base/Texts.h"
 #include "cli/JsonText.h"
 #include "engine/FolderSafety.h"
 #include "engine/Locations.h"
 #include "engine/TraceEngine.h"
 #include "scan/ItemSelection.h"
 #include "scan/PrivacyRun.h"
+#include "settings/Settings.h"
 
 #include <windows.h>
 
@@ -149,7 +149,7 @@ class PrintingReports final : public RunReports {
 }  // namespace
 
 int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, const CCatalogue& catalogue,
-                    const ConsoleOutput& out, const ConsoleOutput& err) {
+                    const ConsoleOutput& out, const ConsoleOutput& err, const StopToken& stop) {
   BufferedOutput lines(out);
   const std::vector<unsigned> ids = SelectedIds(options, catalogue);
   const FolderGuard guard(MachinePaths());
@@ -161,7 +161,7 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, co
     (void)run->CookiesToKeep().Add(domain);
   }
   if (command == TraceCommand::kScan) {
-    ScanItems(*run, nullptr, reports, StopToken(), guard);
+    ScanItems(*run, nullptr, reports, stop, guard);
     const std::wstring traces = std::to_wstring(run->TraceCount());
     const std::wstring items = std::to_wstring(run->ItemsWithTraces());
     lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"items\":" + items +
@@ -173,10 +173,10 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, co
 
   if (options.source == SelectionSource::kOneClick) {
     // As the one-click worker does it: every ticked item is erased, found or not.
-    RunOneClickErase(*run, nullptr, reports, StopToken(), guard);
+    RunOneClickErase(*run, nullptr, reports, stop, guard, stop);
   } else {
-    ScanItems(*run, nullptr, reports, StopToken(), guard);
-    EraseFoundItems(*run, reports, guard);
+    ScanItems(*run, nullptr, reports, stop, guard);
+    EraseFoundItems(*run, reports, guard, stop);
   }
   const std::wstring traces = std::to_wstring(run->TraceCount());
   const std::wstring deleted = std::to_wstring(reports.Deleted());

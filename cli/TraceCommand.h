@@ -4,6 +4,7 @@
 
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
+#include "base/StopToken.h"
 
 namespace lumenor {
 
@@ -11,8 +12,10 @@ class CCatalogue;
 
 enum class TraceCommand { kScan, kErase };
 
-// The exit status: 0, or 1 when a deletion failed or the output could not be written.
+// The exit status: 0, or 1 when a deletion failed or the output could not be written. A
+// stop request ends the scan after the entry at hand and erases nothing more; the
+// summary so far is printed.
 int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, const CCatalogue& catalogue,
-                    const ConsoleOutput& out, const ConsoleOutput& err);
+                    const ConsoleOutput& out, const ConsoleOutput& err, const StopToken& stop);
 
 }  // namespace lumenor

@@ -5,6 +5,7 @@
 #include "engine/RuleLoading.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
+#include "cli/ConsoleStop.h"
 #include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
 #include "cli/RulesCommand.h"
@@ -14,6 +15,7 @@
 #include "cli/UpdateCommand.h"
 #include "res/version.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,7 +56,8 @@ constexpr wchar_t kUsage[] =
     L"Exit status: 0 done, 1 a deletion failed, a file was not shredded, the old rules were\n"
     L"kept or a rule file has problems, 2 usage error (for shred also a relative path or a\n"
     L"protected folder; nothing is touched then; for rules check also a file that cannot be\n"
-    L"read as rules).\n";
+    L"read as rules), 130 stopped by Ctrl+C, Ctrl+Break or the console closing (the summary\n"
+    L"so far is printed).\n";
 
 int UsageError(std::wstring_view problem) {
   const lumenor::ConsoleOutput err = lumenor::ConsoleOutput::StandardError();
@@ -77,6 +80,13 @@ lumenor::CCatalogue LoadCatalogue() {
   return lumenor::CatalogueWithRules(loaded, lumenor::MachinePaths());
 }
 
+// Runs a command that Ctrl+C, Ctrl+Break and the console closing stop between entries.
+int RunStoppable(const std::function<int(const lumenor::StopToken&)>& command) {
+  const lumenor::ConsoleStop stop;
+  const int status = command(stop.Token());
+  return stop.Requested() ? lumenor::kStoppedExitStatus : status;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -93,11 +103,12 @@ int wmain(int argc, wchar_t** argv) {
     return out.WriteLine(L"lumenor-cli " LUMENOR_VERSION_TEXT_W) ? 0 : 1;
   }
   if (command == L"update-check") {
-    const bool json = arguments.size() == 1 && arguments.front() == L"--json";
-    if (!arguments.empty() && !json) {
-      return UsageError(L"unexpected argument: " + arguments.front());
+    std::wstring problem;
+    const auto options = lumenor::ParseUpdateCheckOptions(arguments, problem);
+    if (!options) {
+      return UsageError(problem);
     }
-    return lumenor::RunUpdateCheck(json, out);
+    return lumenor::RunUpdateCheck(options->json, out);
   }
   if (command == L"rules") {
     // Sub-commands, each with its own arguments.
@@ -138,8 +149,11 @@ int wmain(int argc, wchar_t** argv) {
       return UsageError(problem);
     }
     const lumenor::CCatalogue catalogue = LoadCatalogue();
-    return lumenor::RunTraceCommand(command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase,
-                                    *options, catalogue, out, lumenor::ConsoleOutput::StandardError());
+    const lumenor::TraceCommand which =
+        command == L"scan" ? lumenor::TraceCommand::kScan : lumenor::TraceCommand::kErase;
+    return RunStoppable([&](const lumenor::StopToken& stop) {
+      return lumenor::RunTraceCommand(which, *options, catalogue, out, lumenor::ConsoleOutput::StandardError(), stop);
+    });
   }
   if (command == L"shred") {
     std::wstring problem;
@@ -147,7 +161,9 @@ int wmain(int argc, wchar_t** argv) {
     if (!options) {
       return UsageError(problem);
     }
-    return lumenor::RunShredCommand(*options, out, lumenor::ConsoleOutput::StandardError(), UsageError);
+    return RunStoppable([&](const lumenor::StopToken& stop) {
+      return lumenor::RunShredCommand(*options, out, lumenor::ConsoleOutput::StandardError(), UsageError, stop);
+    });
   }
   if (command == L"junk") {
     std::wstring problem;
@@ -155,7 +171,10 @@ int wmain(int argc, wchar_t** argv) {
     if (!options) {
       return UsageError(problem);
     }
-    return lumenor::RunJunkCommand(*options, lumenor::MachinePaths(), out, lumenor::ConsoleOutput::StandardError());
+    return RunStoppable([&](const lumenor::StopToken& stop) {
+      return lumenor::RunJunkCommand(*options, lumenor::MachinePaths(), out, lumenor::ConsoleOutput::StandardError(),
+                                     stop);
+    });
   }
   return UsageError(L"unknown command: " + command);
 }

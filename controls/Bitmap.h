@@ -2,6 +2,8 @@
 // number with no bitmap behind it gives an empty object that draws nothing.
 #pragma once
 
+#include "controls/GdiOwners.h"
+
 #include <windows.h>
 
 #include <vector>
@@ -16,13 +18,12 @@ class CBitmapResource {
   CBitmapResource& operator=(const CBitmapResource&) = delete;
   CBitmapResource(CBitmapResource&& other) noexcept;
   CBitmapResource& operator=(CBitmapResource&& other) noexcept;
-  ~CBitmapResource() { Reset(); }
 
   bool Load(int id);
   void Reset();
 
-  HBITMAP Handle() const { return bitmap_; }
-  explicit operator bool() const { return bitmap_ != nullptr; }
+  HBITMAP Handle() const { return bitmap_.Get(); }
+  explicit operator bool() const { return static_cast<bool>(bitmap_); }
   SIZE Size() const { return size_; }
 
   // Draws the bitmap with its top left corner at (x, y), at its own size.
@@ -35,7 +36,7 @@ class CBitmapResource {
   bool DrawStretched(HDC dc, const RECT& rect) const;
 
  private:
-  HBITMAP bitmap_ = nullptr;
+  OwnedBitmap bitmap_;
   SIZE size_{};
 };
 

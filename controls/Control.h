@@ -4,6 +4,7 @@
 // found from the window through a window property.
 #pragma once
 
+#include "controls/GdiOwners.h"
 #include "controls/Window.h"
 
 namespace lumenor::controls {
@@ -48,11 +49,9 @@ class CControl : public CWindow {
     if (message != WM_PAINT) {
       return false;
     }
-    PAINTSTRUCT paintInfo{};
-    HDC dc = ::BeginPaint(window_, &paintInfo);
-    if (dc != nullptr) {
-      paint(dc);
-      (void)::EndPaint(window_, &paintInfo);  // always succeeds after a successful BeginPaint
+    const PaintDC dc(window_);
+    if (dc) {
+      paint(dc.Get());
     }
     result = 0;
     return true;

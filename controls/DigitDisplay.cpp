@@ -1,5 +1,6 @@
 #include "controls/DigitDisplay.h"
 
+#include "controls/GdiOwners.h"
 #include "controls/MemDC.h"
 #include "controls/Paint.h"
 
@@ -128,18 +129,12 @@ void CMyDigitDisplay::Paint(HDC target) const {
   const int thickness = std::max(2, height / 9);
   const float scale = static_cast<float>(height - 2 * thickness) / 5.0F;
   const float slant = (style_ & kSlanted) != 0 ? 0.12F : 0.0F;
-  HPEN onPen = ::CreatePen(PS_SOLID, thickness, on_);
-  HPEN offPen = ::CreatePen(PS_SOLID, thickness, off_);
-  if (onPen == nullptr || offPen == nullptr) {
-    if (onPen != nullptr) {
-      (void)::DeleteObject(onPen);
-    }
-    if (offPen != nullptr) {
-      (void)::DeleteObject(offPen);
-    }
+  const OwnedPen onPen(::CreatePen(PS_SOLID, thickness, on_));
+  const OwnedPen offPen(::CreatePen(PS_SOLID, thickness, off_));
+  if (!onPen || !offPen) {
     return;
   }
-  HGDIOBJ oldPen = ::SelectObject(dc, onPen);
+  const SelectedObject pen(dc, onPen.Get());
   const uint16_t drawable = (style_ & kFourteenSegments) != 0 ? 0x3FFF : 0x7F;
   for (size_t cell = 0; cell < cells.size(); ++cell) {
     const float left = static_cast<float>(cell) * static_cast<float>(cellWidth) + static_cast<float>(thickness) * 1.5F;
@@ -152,7 +147,7 @@ void CMyDigitDisplay::Paint(HDC target) const {
       if (!lit && (style_ & kShowUnlit) == 0) {
         continue;
       }
-      (void)::SelectObject(dc, lit ? onPen : offPen);
+      pen.Select(lit ? onPen.Get() : offPen.Get());
       const float y1 = top + stroke.y1 * scale;
       const float y2 = top + stroke.y2 * scale;
       const float lean1 = slant * (static_cast<float>(height) - y1);
@@ -161,9 +156,6 @@ void CMyDigitDisplay::Paint(HDC target) const {
       (void)::LineTo(dc, static_cast<int>(left + stroke.x2 * scale * 0.8F + lean2), static_cast<int>(y2));
     }
   }
-  (void)::SelectObject(dc, oldPen);
-  (void)::DeleteObject(onPen);
-  (void)::DeleteObject(offPen);
 }
 
 LRESULT CMyDigitDisplay::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {

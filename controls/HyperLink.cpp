@@ -4,19 +4,10 @@
 
 namespace lumenor::controls {
 
-CMyHyperLink::~CMyHyperLink() {
-  if (underlined_ != nullptr) {
-    (void)::DeleteObject(underlined_);
-  }
-  if (background_ != nullptr) {
-    (void)::DeleteObject(background_);
-  }
-}
-
 bool CMyHyperLink::Attach(HWND dialog, int id, const std::wstring& text, const std::wstring& address,
                           COLORREF background, Opener opener) {
   address_ = address;
-  background_ = ::CreateSolidBrush(background);
+  background_.Reset(::CreateSolidBrush(background));
   opener_ = std::move(opener);
   if (!SubclassItem(dialog, id)) {
     return false;
@@ -26,9 +17,9 @@ bool CMyHyperLink::Attach(HWND dialog, int id, const std::wstring& text, const s
   LOGFONTW font{};
   if (::GetObjectW(DialogFont(dialog), sizeof font, &font) != 0) {
     font.lfUnderline = TRUE;
-    underlined_ = ::CreateFontIndirectW(&font);
-    if (underlined_ != nullptr) {
-      (void)Send(WM_SETFONT, reinterpret_cast<WPARAM>(underlined_), FALSE);
+    underlined_.Reset(::CreateFontIndirectW(&font));
+    if (underlined_) {
+      (void)Send(WM_SETFONT, reinterpret_cast<WPARAM>(underlined_.Get()), FALSE);
     }
   }
   return SetText(text);
@@ -41,7 +32,7 @@ bool CMyHyperLink::OnReflected(UINT message, WPARAM wParam, LPARAM, LRESULT& res
   HDC dc = reinterpret_cast<HDC>(wParam);
   (void)::SetTextColor(dc, kSkinAccent);
   (void)::SetBkMode(dc, TRANSPARENT);
-  result = reinterpret_cast<LRESULT>(background_ != nullptr ? background_ : ::GetStockObject(WHITE_BRUSH));
+  result = reinterpret_cast<LRESULT>(background_ ? background_.Get() : ::GetStockObject(WHITE_BRUSH));
   return true;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "controls/Control.h"
+#include "controls/GdiOwners.h"
 
 #include <functional>
 #include <string>
@@ -14,7 +15,6 @@ class CMyHyperLink : public CControl {
   using Opener = std::function<void(const std::wstring& address)>;
 
   CMyHyperLink() = default;
-  ~CMyHyperLink() override;
 
   // Takes over a static of a dialog template; it shows `text` on `background` and opens
   // `address`.
@@ -30,8 +30,8 @@ class CMyHyperLink : public CControl {
  private:
   std::wstring address_;
   Opener opener_;
-  HFONT underlined_ = nullptr;
-  HBRUSH background_ = nullptr;
+  OwnedFont underlined_;
+  OwnedBrush background_;
 };
 
 }  // namespace lumenor::controls

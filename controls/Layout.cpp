@@ -1,5 +1,7 @@
 #include "controls/Layout.h"
 
+#include "controls/GdiOwners.h"
+
 #include <commctrl.h>
 
 #include <cstring>
@@ -77,12 +79,11 @@ bool ResizeKeepingCorner(HWND control, SIZE size, Corner corner) {
 }
 
 int TextPixels(HWND window, int pixelsAt96) {
-  HDC dc = ::GetDC(window);
-  if (dc == nullptr) {
+  const WindowDC dc(window);
+  if (!dc) {
     return pixelsAt96;
   }
-  const int dotsPerInch = ::GetDeviceCaps(dc, LOGPIXELSX);
-  (void)::ReleaseDC(window, dc);
+  const int dotsPerInch = ::GetDeviceCaps(dc.Get(), LOGPIXELSX);
   return dotsPerInch > 0 ? ::MulDiv(pixelsAt96, dotsPerInch, 96) : pixelsAt96;
 }
 

@@ -1,5 +1,6 @@
 #include "controls/MyCheckBox.h"
 
+#include "controls/GdiOwners.h"
 #include "controls/MemDC.h"
 #include "controls/Paint.h"
 
@@ -41,7 +42,7 @@ void CMyCheckBox::Paint(HDC target) const {
 
   const std::wstring caption = Text();
   RECT textRect{kBoxSize + kTextGap, 0, client.right, client.bottom};
-  HGDIOBJ oldFont = ::SelectObject(dc, DialogFont(window_));
+  const SelectedObject font(dc, DialogFont(window_));
   (void)::SetBkMode(dc, TRANSPARENT);
   (void)::SetTextColor(dc, IsEnabled() ? kSkinText : RGB(150, 150, 150));
   (void)::DrawTextW(dc, caption.c_str(), static_cast<int>(caption.size()), &textRect,
@@ -49,7 +50,6 @@ void CMyCheckBox::Paint(HDC target) const {
   if (::GetFocus() == window_) {
     (void)::DrawFocusRect(dc, &textRect);
   }
-  (void)::SelectObject(dc, oldFont);
 }
 
 LRESULT CMyCheckBox::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -70,10 +70,9 @@ LRESULT CMyCheckBox::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_UPDATEUISTATE: {
       // The system button paints itself on these outside WM_PAINT; paint over it.
       const LRESULT answer = Default(message, wParam, lParam);
-      HDC dc = ::GetDC(window_);
-      if (dc != nullptr) {
-        Paint(dc);
-        (void)::ReleaseDC(window_, dc);
+      const WindowDC dc(window_);
+      if (dc) {
+        Paint(dc.Get());
       }
       return answer;
     }

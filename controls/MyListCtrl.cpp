@@ -105,6 +105,10 @@ LPARAM CMyListCtrl::RowTag(int row) const {
   return row >= 0 && row < RowCount() ? rows_[static_cast<size_t>(row)].tag : 0;
 }
 
+uint64_t CMyListCtrl::RowValue(int row) const {
+  return row >= 0 && row < RowCount() ? rows_[static_cast<size_t>(row)].value : 0;
+}
+
 int CMyListCtrl::SelectedRow() const {
   return static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }

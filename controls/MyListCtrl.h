@@ -1,5 +1,5 @@
 // Report list: headed columns, and when owner-drawn, striped rows with the selection in
-// the skin's accent colour. Rows are plain texts with a 32-bit tag each, kept by the
+// the skin's accent colour. Rows are plain texts with a tag and a number each, kept by the
 // control itself: the list view only asks for the rows it shows (a virtual list), so
 // a hundred thousand rows fill in one step. The last column always reaches the list's
 // right edge (see Layout.h).
@@ -9,6 +9,8 @@
 
 #include <commctrl.h>
 
+#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,7 @@ namespace lumenor::controls {
 struct ListRow {
   std::vector<std::wstring> texts;  // one a column; missing ones show empty
   LPARAM tag = 0;
+  uint64_t value = 0;  // the owner's number for the row (a file's size); never shown
 };
 
 class CMyListCtrl : public CControl {
@@ -46,6 +49,9 @@ class CMyListCtrl : public CControl {
   // Empty for a row or column that is not there.
   std::wstring RowText(int row, int column) const;
   LPARAM RowTag(int row) const;
+  uint64_t RowValue(int row) const;
+  // Every row, in order; valid until the rows change.
+  std::span<const ListRow> Rows() const { return rows_; }
   // The first selected row, or -1.
   int SelectedRow() const;
   bool SelectRow(int row) const;

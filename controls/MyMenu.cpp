@@ -34,19 +34,8 @@ HFONT CreateMenuFont(LONG escapement) {
 }  // namespace
 
 CMyMenu::~CMyMenu() {
-  for (Entry& entry : entries_) {
-    if (entry.icon != nullptr) {
-      (void)::DestroyIcon(entry.icon);
-    }
-  }
   if (menu_ != nullptr) {
-    (void)::DestroyMenu(menu_);
-  }
-  if (sideBar_ != nullptr) {
-    (void)::DeleteObject(sideBar_);
-  }
-  if (font_ != nullptr) {
-    (void)::DeleteObject(font_);
+    (void)::DestroyMenu(menu_);  // our own menu; nothing to do if the system refuses
   }
 }
 
@@ -60,13 +49,13 @@ bool CMyMenu::Build(std::span<const MenuEntry> entries, const std::wstring& side
   }
   sideBarText_ = sideBarText;
   (void)sideBarPicture_.Load(sideBarPicture);  // without it the band shows the text alone
-  font_ = CreateMenuFont(0);
+  font_.Reset(CreateMenuFont(0));
   for (const MenuEntry& source : entries) {
     Entry& entry = entries_.emplace_back();
     entry.entry = source;
     if (source.iconId != 0) {
-      entry.icon = static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(source.iconId),
-                                                   IMAGE_ICON, kIconSize, kIconSize, 0));
+      entry.icon.Reset(static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(source.iconId),
+                                                       IMAGE_ICON, kIconSize, kIconSize, 0)));
     }
     const UINT flags = MF_OWNERDRAW | (source.command == 0 ? MF_SEPARATOR : 0u);
     const ULONG_PTR data = kItemTag + (entries_.size() - 1);
@@ -76,6 +65,8 @@ bool CMyMenu::Build(std::span<const MenuEntry> entries, const std::wstring& side
   }
   return true;
 }
+
+HGDIOBJ CMyMenu::MenuFont() const { return font_ ? font_.Get() : ::GetStockObject(DEFAULT_GUI_FONT); }
 
 int CMyMenu::EntryHeight(size_t index) const {
   return entries_[index].entry.command == 0 ? kSeparatorHeight : kEntryHeight;
@@ -98,15 +89,14 @@ bool CMyMenu::OnMeasureItem(MEASUREITEMSTRUCT& measure) const {
   const size_t index = measure.itemData - kItemTag;
   measure.itemHeight = static_cast<UINT>(EntryHeight(index));
   int textWidth = 0;
-  HDC dc = ::GetDC(nullptr);
-  if (dc != nullptr) {
-    HGDIOBJ oldFont = ::SelectObject(dc, font_ != nullptr ? font_ : ::GetStockObject(DEFAULT_GUI_FONT));
+  const WindowDC screen(nullptr);
+  if (screen) {
+    const SelectedObject font(screen.Get(), MenuFont());
     RECT textRect{};
     const std::wstring& text = entries_[index].entry.text;
-    (void)::DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &textRect, DT_SINGLELINE | DT_CALCRECT);
+    (void)::DrawTextW(screen.Get(), text.c_str(), static_cast<int>(text.size()), &textRect,
+                      DT_SINGLELINE | DT_CALCRECT);
     textWidth = textRect.right;
-    (void)::SelectObject(dc, oldFont);
-    (void)::ReleaseDC(nullptr, dc);
   }
   measure.itemWidth = static_cast<UINT>(kSideBarWidth + kIconGap + kIconSize + kIconGap + textWidth + kTextRightPad);
   return true;
@@ -124,39 +114,38 @@ void CMyMenu::DrawSideBar(HDC dc) const {
     (void)sideBarPicture_.DrawStretched(dc, picture);
     textBottom = picture.top - 6;
   }
-  HFONT upwards = CreateMenuFont(900);
-  if (upwards == nullptr) {
+  const OwnedFont upwards(CreateMenuFont(900));
+  if (!upwards) {
     return;
   }
-  HGDIOBJ oldFont = ::SelectObject(dc, upwards);
+  const SelectedObject font(dc, upwards.Get());
   (void)::SetBkMode(dc, TRANSPARENT);
   (void)::SetTextColor(dc, RGB(255, 255, 255));
   (void)::TextOutW(dc, 4, textBottom, sideBarText_.c_str(), static_cast<int>(sideBarText_.size()));
-  (void)::SelectObject(dc, oldFont);
-  (void)::DeleteObject(upwards);
 }
 
 HBITMAP CMyMenu::SideBar() {
-  if (sideBar_ != nullptr) {
-    return sideBar_;
+  if (sideBar_) {
+    return sideBar_.Get();
   }
-  HDC screen = ::GetDC(nullptr);
-  if (screen == nullptr) {
+  const WindowDC screen(nullptr);
+  if (!screen) {
     return nullptr;
   }
-  HDC dc = ::CreateCompatibleDC(screen);
-  HBITMAP bitmap = dc != nullptr ? ::CreateCompatibleBitmap(screen, kSideBarWidth, TotalHeight()) : nullptr;
-  (void)::ReleaseDC(nullptr, screen);
-  if (bitmap != nullptr) {
-    HGDIOBJ old = ::SelectObject(dc, bitmap);
-    DrawSideBar(dc);
-    (void)::SelectObject(dc, old);
-    sideBar_ = bitmap;
+  const MemoryDC dc(screen.Get());
+  OwnedBitmap bitmap(dc ? ::CreateCompatibleBitmap(screen.Get(), kSideBarWidth, TotalHeight()) : nullptr);
+  if (!bitmap) {
+    return nullptr;
   }
-  if (dc != nullptr) {
-    (void)::DeleteDC(dc);
-  }
-  return sideBar_;
+  {
+    const SelectedObject canvas(dc.Get(), bitmap.Get());
+    if (!canvas.Selected()) {
+      return nullptr;
+    }
+    DrawSideBar(dc.Get());
+  }  // taken out of the context before it is kept
+  sideBar_ = std::move(bitmap);
+  return sideBar_.Get();
 }
 
 bool CMyMenu::OnDrawItem(const DRAWITEMSTRUCT& draw) {
@@ -169,15 +158,12 @@ bool CMyMenu::OnDrawItem(const DRAWITEMSTRUCT& draw) {
 
   // The slice of the band beside this entry, found from the entry's place in the menu,
   // not from where the system put the item rectangle (menus may have a frame).
-  HBITMAP band = SideBar();
-  if (band != nullptr) {
-    HDC source = ::CreateCompatibleDC(dc);
-    if (source != nullptr) {
-      HGDIOBJ old = ::SelectObject(source, band);
-      (void)::BitBlt(dc, item.left, item.top, kSideBarWidth, item.bottom - item.top, source, 0, EntryTop(index),
-                     SRCCOPY);
-      (void)::SelectObject(source, old);
-      (void)::DeleteDC(source);
+  if (HBITMAP band = SideBar(); band != nullptr) {
+    const MemoryDC source(dc);
+    const SelectedObject slice(source.Get(), band);
+    if (slice.Selected()) {
+      (void)::BitBlt(dc, item.left, item.top, kSideBarWidth, item.bottom - item.top, source.Get(), 0, EntryTop(index),
+                     SRCCOPY);  // a slice that fails stays blank
     }
   }
 
@@ -200,18 +186,17 @@ bool CMyMenu::OnDrawItem(const DRAWITEMSTRUCT& draw) {
     (void)FillSolid(dc, body, RGB(255, 255, 255));
   }
   const int iconLeft = body.left + kIconGap;
-  if (entry.icon != nullptr) {
-    (void)::DrawIconEx(dc, iconLeft, item.top + (item.bottom - item.top - kIconSize) / 2, entry.icon, kIconSize,
+  if (entry.icon) {
+    (void)::DrawIconEx(dc, iconLeft, item.top + (item.bottom - item.top - kIconSize) / 2, entry.icon.Get(), kIconSize,
                        kIconSize, 0, nullptr, DI_NORMAL);
   }
   RECT textRect{iconLeft + kIconSize + kIconGap, item.top, body.right, item.bottom};
-  HGDIOBJ oldFont = ::SelectObject(dc, font_ != nullptr ? font_ : ::GetStockObject(DEFAULT_GUI_FONT));
+  const SelectedObject font(dc, MenuFont());
   (void)::SetBkMode(dc, TRANSPARENT);
   (void)::SetTextColor(dc, disabled ? RGB(150, 150, 150) : kSkinText);
   const UINT prefix = (draw.itemState & ODS_NOACCEL) != 0 ? DT_HIDEPREFIX : 0u;
   (void)::DrawTextW(dc, entry.entry.text.c_str(), static_cast<int>(entry.entry.text.size()), &textRect,
                     DT_LEFT | DT_VCENTER | DT_SINGLELINE | prefix);
-  (void)::SelectObject(dc, oldFont);
   return true;
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "controls/Bitmap.h"
+#include "controls/GdiOwners.h"
 
 #include <windows.h>
 
@@ -48,9 +49,10 @@ class CMyMenu {
  private:
   struct Entry {
     MenuEntry entry;
-    HICON icon = nullptr;
+    OwnedIcon icon;
   };
   int EntryHeight(size_t index) const;
+  HGDIOBJ MenuFont() const;
   bool IsOurs(ULONG_PTR itemData) const;
   void DrawSideBar(HDC dc) const;
 
@@ -58,8 +60,8 @@ class CMyMenu {
   std::vector<Entry> entries_;
   std::wstring sideBarText_;
   CBitmapResource sideBarPicture_;
-  HBITMAP sideBar_ = nullptr;
-  HFONT font_ = nullptr;
+  OwnedBitmap sideBar_;
+  OwnedFont font_;
 };
 
 }  // namespace lumenor::controls

@@ -1,5 +1,6 @@
 #include "controls/NButtonEx.h"
 
+#include "controls/GdiOwners.h"
 #include "controls/MemDC.h"
 #include "controls/Paint.h"
 
@@ -81,12 +82,11 @@ void CNButtonEx::Draw(const DRAWITEMSTRUCT& item) const {
 
   RECT textRect = rect;
   std::wstring caption = Text();
-  HGDIOBJ oldFont = ::SelectObject(dc, DialogFont(window_));
+  const SelectedObject font(dc, DialogFont(window_));
   (void)::SetBkMode(dc, TRANSPARENT);
   (void)::SetTextColor(dc, look == kDisabled ? RGB(110, 110, 110) : RGB(255, 255, 255));
   (void)::DrawTextW(dc, caption.c_str(), static_cast<int>(caption.size()), &textRect,
                     DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
-  (void)::SelectObject(dc, oldFont);
 }
 
 LRESULT CNButtonEx::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -1,5 +1,7 @@
 #include "controls/Paint.h"
 
+#include "controls/GdiOwners.h"
+
 namespace lumenor::controls {
 
 bool FillGradient(HDC dc, const RECT& rect, COLORREF from, COLORREF to, bool vertical) {
@@ -14,23 +16,13 @@ bool FillGradient(HDC dc, const RECT& rect, COLORREF from, COLORREF to, bool ver
 }
 
 bool FillSolid(HDC dc, const RECT& rect, COLORREF colour) {
-  HBRUSH brush = ::CreateSolidBrush(colour);
-  if (brush == nullptr) {
-    return false;
-  }
-  const bool filled = ::FillRect(dc, &rect, brush) != 0;
-  (void)::DeleteObject(brush);  // ours, not selected
-  return filled;
+  const OwnedBrush brush(::CreateSolidBrush(colour));
+  return brush && ::FillRect(dc, &rect, brush.Get()) != 0;
 }
 
 bool DrawFrame(HDC dc, const RECT& rect, COLORREF colour) {
-  HBRUSH brush = ::CreateSolidBrush(colour);
-  if (brush == nullptr) {
-    return false;
-  }
-  const bool framed = ::FrameRect(dc, &rect, brush) != 0;
-  (void)::DeleteObject(brush);
-  return framed;
+  const OwnedBrush brush(::CreateSolidBrush(colour));
+  return brush && ::FrameRect(dc, &rect, brush.Get()) != 0;
 }
 
 HFONT DialogFont(HWND window) {

@@ -11,7 +11,7 @@ void UiTaskQueue::Bind(HWND window) {
 }
 
 void UiTaskQueue::Unbind() {
-  std::deque<Task> dropped;
+  std::list<Task> dropped;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     window_ = nullptr;
@@ -21,16 +21,28 @@ void UiTaskQueue::Unbind() {
 }
 
 bool UiTaskQueue::Post(Task task) {
+  std::list<Task> node;
+  node.push_back(std::move(task));
   const std::lock_guard<std::mutex> lock(mutex_);
+  return Enqueue(node);
+}
+
+bool UiTaskQueue::Post(Reserved reserved) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return Enqueue(reserved.node_);
+}
+
+bool UiTaskQueue::Enqueue(std::list<Task>& node) {
   if (window_ == nullptr || ::IsWindow(window_) == FALSE) {
     return false;
   }
-  tasks_.push_back(std::move(task));
+  const auto added = node.begin();
+  tasks_.splice(tasks_.end(), node);
   // One wake-up for any number of tasks: the window runs them all when it comes to it.
   if (!wakeUpPosted_) {
     wakeUpPosted_ = ::PostMessageW(window_, kRunUiTasksMessage, 0, 0) != FALSE;
     if (!wakeUpPosted_) {
-      tasks_.pop_back();  // the queue is full or the window went: nobody would run it
+      tasks_.erase(added);  // the queue is full or the window went: nobody would run it
       return false;
     }
   }
@@ -38,7 +50,7 @@ bool UiTaskQueue::Post(Task task) {
 }
 
 void UiTaskQueue::RunPending() {
-  std::deque<Task> ready;
+  std::list<Task> ready;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     ready.swap(tasks_);
@@ -59,6 +71,11 @@ bool UiTaskQueue::HandleMessage(UINT message, LRESULT& result) {
     Unbind();  // what a worker still sends has no window to go to
   }
   return false;
+}
+
+bool UiTaskQueue::Bound() const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return window_ != nullptr && ::IsWindow(window_) != FALSE;
 }
 
 size_t UiTaskQueue::Waiting() const {

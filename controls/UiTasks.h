@@ -10,8 +10,8 @@
 
 #include <windows.h>
 
-#include <deque>
 #include <functional>
+#include <list>
 #include <mutex>
 
 namespace lumenor::controls {
@@ -30,21 +30,38 @@ class UiTaskQueue {
   // Drops the waiting tasks; later posts are refused.
   void Unbind();
 
+  // A task made ahead of time, on the owner's thread: posting it later needs no memory, so
+  // a worker's last word reaches the window even when memory has run out.
+  class Reserved {
+   public:
+    explicit Reserved(Task task) { node_.push_back(std::move(task)); }
+
+   private:
+    friend class UiTaskQueue;
+    std::list<Task> node_;
+  };
+
   // Any thread. False, and the task dropped, when no window takes it.
   bool Post(Task task);
+  bool Post(Reserved reserved);
   // The window's thread, on kRunUiTasksMessage: runs every task waiting now.
   void RunPending();
   // For the owner's message handler: runs the tasks on kRunUiTasksMessage (true: the
   // message is answered), and unbinds on WM_DESTROY (false: the window goes on with it).
   bool HandleMessage(UINT message, LRESULT& result);
+  // Whether a window takes tasks now.
+  bool Bound() const;
   // How many tasks wait; for tests.
   size_t Waiting() const;
 
  private:
   mutable std::mutex mutex_;
   HWND window_ = nullptr;
-  std::deque<Task> tasks_;
+  // Waiting tasks; a list, so that a reserved task joins it without allocating.
+  std::list<Task> tasks_;
   bool wakeUpPosted_ = false;
+
+  bool Enqueue(std::list<Task>& node);  // under the lock
 };
 
 }  // namespace lumenor::controls

@@ -2,7 +2,7 @@
 
 #include "catalogue/LocationRecord.h"
 #include "engine/FilePath.h"
-#include "engine/FolderStack.h"
+#include "engine/FolderWalk.h"
 
 #include <windows.h>
 
@@ -60,75 +60,39 @@ bool ScanReportsFile(std::wstring_view fileName, std::wstring_view selector, int
 void ScanFileLocation(const SafeFolder& folder, std::wstring_view selector, int kind, const StopToken& stop,
                       const FileTraceFound& found) {
   const std::wstring_view pattern = LooksForOneName(selector) ? selector : std::wstring_view(L"*.*");
-  FolderStack walk;
-  if (!walk.Push(folder.Path(), pattern)) {
-    return;
-  }
-  while (!walk.Empty()) {
-    OpenFolder& current = walk.Top();
-    const WIN32_FIND_DATAW& entry = current.entry;
-    if (!IsDotEntry(entry.cFileName)) {
-      if (!IsFolder(entry.dwFileAttributes)) {
-        if (ScanReportsFile(entry.cFileName, selector, kind)) {
-          found(current.folder, entry.cFileName, SizeOf(entry));
-        }
-      } else if (!IsReparsePoint(entry.dwFileAttributes)) {
-        if (walk.Push(current.folder + entry.cFileName + L"\\", pattern)) {
-          continue;  // the sub-folder's first entry is next; this folder goes on after it
-        }
-      }
+  WalkFolder(folder.Where(), pattern, stop, [&](const WalkEntry& entry) {
+    if (!entry.IsFolder() && ScanReportsFile(entry.Name(), selector, kind)) {
+      found(entry.folder, entry.Name(), entry.Size());
     }
-    for (;;) {
-      if (stop.StopRequested()) {
-        return;
-      }
-      if (walk.Advance()) {
-        break;
-      }
-      walk.Pop();
-      if (walk.Empty()) {
-        return;
-      }
-    }
-  }
+    return true;  // every folder but a link is entered
+  });
 }
 
 void EraseFileLocation(const SafeFolder& folder, std::wstring_view selector, EraseTally& tally, bool keepFolder) {
   const std::wstring& top = folder.Path();
-  FolderStack walk;
-  if (!walk.Push(top, selector)) {
-    if (!keepFolder) {
-      (void)RemoveDirectoryW(ForFileApi(top).c_str());  // goes only if it is already empty
-    }
-    return;
-  }
-  while (!walk.Empty()) {
-    OpenFolder& current = walk.Top();
-    const WIN32_FIND_DATAW& entry = current.entry;
-    if (!IsDotEntry(entry.cFileName)) {
-      const std::wstring path = current.folder + entry.cFileName;
-      if (IsFolder(entry.dwFileAttributes) && IsReparsePoint(entry.dwFileAttributes)) {
+  const auto visit = [&tally](const WalkEntry& entry) {
+    if (entry.IsFolder()) {
+      if (entry.IsLink()) {
         // The link alone may go; its target is never touched. Some systems refuse even that.
-        (void)RemoveDirectoryW(ForFileApi(path).c_str());
-      } else if (IsFolder(entry.dwFileAttributes)) {
-        const std::wstring subFolder = path + L"\\";
-        if (walk.Push(subFolder, selector)) {
-          continue;
-        }
-        (void)RemoveDirectoryW(ForFileApi(subFolder).c_str());  // goes only if empty
-      } else if (DeleteFileW(ForFileApi(path).c_str())) {
-        tally.Erased(1, SizeOf(entry));
-      } else {
-        LeaveToRestart(path, tally);
+        (void)RemoveDirectoryW(ForFileApi(entry.Path()).c_str());
+        return false;
       }
+      return true;
     }
-    while (!walk.Empty() && !walk.Advance()) {
-      const std::wstring emptied = walk.Pop();
-      if (!keepFolder || !walk.Empty()) {
-        (void)RemoveDirectoryW(ForFileApi(emptied).c_str());  // fails while anything is left in it
-      }
+    const std::wstring path = entry.Path();
+    if (DeleteFileW(ForFileApi(path).c_str())) {
+      tally.Erased(1, entry.Size());
+    } else {
+      LeaveToRestart(path, tally);
     }
-  }
+    return false;
+  };
+  const auto emptied = [&](const std::wstring& done) {
+    if (!keepFolder || done != top) {
+      (void)RemoveDirectoryW(ForFileApi(done).c_str());  // fails while anything is left in it
+    }
+  };
+  WalkFolder(folder.Where(), selector, StopToken(), visit, emptied);
 }
 
 bool NamesOneFile(std::wstring_view selector) {

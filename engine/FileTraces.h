@@ -1,9 +1,9 @@
 // Scanning and erasing one file location: a folder walked with everything below it.
 #pragma once
 
+#include "base/StopToken.h"
 #include "catalogue/LocationRecord.h"
 #include "engine/FolderSafety.h"
-#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <cstdint>

@@ -7,7 +7,7 @@
 
 #include "browserdb/CookieKeepList.h"
 #include "browserdb/DatabaseResult.h"
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 
 #include <optional>
 #include <string>

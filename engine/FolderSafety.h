@@ -5,6 +5,8 @@
 // drive. Every walk that deletes takes a SafeFolder, and only the guard makes one.
 #pragma once
 
+#include "engine/CanonicalFolder.h"
+#include "engine/FilePath.h"
 #include "engine/SystemPaths.h"
 
 #include <cstdint>
@@ -15,47 +17,53 @@
 
 namespace lumenor {
 
-enum class FolderVerdict {
-  kAllowed,
-  kRelativePath,     // "temp", "C:", "C:temp", "\temp": taken from wherever the program stands
-  kDevicePath,       // "\\.\...", "\\?\Volume{...}", "\\?\GLOBALROOT...", "...\NUL"
-  kInvalidPath,      // wildcards, stream names, characters no folder name may hold
-  kProtectedFolder,  // a drive or share root, Windows, Program Files, the profile, ...
-  kLink,             // the folder itself is a junction, symbolic link or mount point
-};
-
-// The words a refusal is reported with: "protected folder", "relative path", "link", ...
-std::wstring_view VerdictReason(FolderVerdict verdict);
-
-// The folder in canonical form: "X:\" or "\\server\share\" followed by its folders, each
-// ending with "\"; "/" read as "\", doubled separators folded, "." and ".." resolved
-// (never above the root), trailing dots and blanks of a name dropped as the file system
-// drops them, "\\?\" and "\\?\UNC\" understood, the drive letter in capitals. Anything
-// that is not such a folder yields nothing, and `refusal` says why.
-std::optional<std::wstring> CanonicalFolder(std::wstring_view folder, FolderVerdict* refusal = nullptr);
-
-// Whether `folder` is an absolute folder path written out in full, as a walk builds
-// them: "X:\" or "\\server\share\" followed by names, each ending with "\", none
-// empty, "." or "..", no "/" and no character a name may not hold. Unlike
-// CanonicalFolder, names keep their trailing dots and blanks: they are what the disk holds.
-bool IsExactFolderPath(std::wstring_view folder);
+struct WalkEntry;
 
 // Whether `outer` is `inner` or one of the folders above it; both canonical. Case does
 // not count.
 bool FolderContains(std::wstring_view outer, std::wstring_view inner);
 
-// A drive root ("C:\") or a share root ("\\server\share\"); canonical.
-bool IsVolumeRoot(std::wstring_view canonicalFolder);
+// A path the folder rules have read, handed down as it is from where it came in: its
+// canonical text and the "\\?\" form the file API takes, each made once. A folder's path
+// ends with "\"; an entry's is its folder's followed by its name.
+class SafePath {
+ public:
+  const std::wstring& Text() const { return text_; }
+  const std::wstring& ForApi() const { return forApi_; }
+  // For an entry's path: its folder (ending with "\"), in both forms, and its name.
+  std::wstring_view Folder() const;
+  std::wstring_view FolderForApi() const;
+  std::wstring_view Name() const;
+  // The entry `name` of this folder: a name a listing of it gave, or one that
+  // IsUnambiguousFileName accepts. Nothing is read again.
+  SafePath Entry(std::wstring_view name) const;
+  // This folder as an entry of the folder above it: without its final "\" (a root
+  // keeps it).
+  SafePath AsEntry() const;
+
+ private:
+  friend std::optional<SafePath> ReadFolderPath(std::wstring_view folder, FolderVerdict* refusal);
+  friend struct WalkEntry;
+  SafePath(std::wstring text, std::wstring forApi) : text_(std::move(text)), forApi_(std::move(forApi)) {}
+  std::wstring text_;
+  std::wstring forApi_;
+};
+
+// `folder` read by the rules of CanonicalFolder; nothing, and `refusal` set, where it
+// yields nothing.
+std::optional<SafePath> ReadFolderPath(std::wstring_view folder, FolderVerdict* refusal = nullptr);
 
 // A folder the guard let through: canonical, ending with "\".
 class SafeFolder {
  public:
-  const std::wstring& Path() const { return path_; }
+  const std::wstring& Path() const { return path_.Text(); }
+  const std::wstring& ForApi() const { return path_.ForApi(); }
+  const SafePath& Where() const { return path_; }
 
  private:
   friend class FolderGuard;
-  explicit SafeFolder(std::wstring path) : path_(std::move(path)) {}
-  std::wstring path_;
+  explicit SafeFolder(SafePath path) : path_(std::move(path)) {}
+  SafePath path_;
 };
 
 class FolderGuard {
@@ -65,12 +73,14 @@ class FolderGuard {
 
   struct Check {
     FolderVerdict verdict = FolderVerdict::kAllowed;
-    std::wstring folder;  // the canonical form, empty when there is none
+    std::wstring folder;                 // the canonical form, empty when there is none
+    std::optional<SafePath> path;        // the same, with its form for the file API
+    std::optional<SafeFolder> admitted;  // set when everything below it may be walked
   };
 
-  // Decides on one folder: canonical form, then protected folders (by name and, where the
-  // folder exists, by identity, so that short names and other spellings of the same
-  // folder are caught), then whether the folder itself is a link.
+  // Decides on one folder, once: canonical form, then protected folders (by name and,
+  // where the folder exists, by identity, so that short names and other spellings of the
+  // same folder are caught), then whether the folder itself is a link.
   Check Inspect(std::wstring_view folder) const;
 
   // The folder, when everything below it may be walked; nothing otherwise.
@@ -84,22 +94,17 @@ class FolderGuard {
   bool IsWellKnownFolder(std::wstring_view canonical) const;
 
  private:
-  struct Identity {
-    uint32_t volume = 0;
-    uint64_t file = 0;
-    bool operator==(const Identity&) const = default;
-  };
-  static std::optional<Identity> IdentityOf(const std::wstring& folder);
-  bool IsProtected(const std::wstring& canonical) const;
+  bool IsProtected(const SafePath& canonical) const;
 
   std::vector<std::wstring> protected_;
   std::vector<std::wstring> wellKnown_;
   // The protected folders and every folder above them, as the file system knows them.
-  std::vector<Identity> guardedIdentities_;
+  std::vector<FileIdentity> guardedIdentities_;
 };
 
 // Whether the folder (canonical, existing) is itself a reparse point: by its attribute,
 // and by its reparse tag where the system tells it.
 bool IsLinkFolder(const std::wstring& folder);
+bool IsLinkFolder(const SafePath& folder);
 
 }  // namespace lumenor

@@ -1,7 +1,7 @@
 #include "engine/NeverDelete.h"
 
 #include "engine/FilePath.h"
-#include "engine/FolderStack.h"
+#include "engine/FolderWalk.h"
 
 #include <windows.h>
 
@@ -76,8 +76,9 @@ bool LiesInKeptBrowserFolder(const std::wstring& folder) {
 
 bool IsLevelDbFolder(const std::wstring& folder) {
   if (!Exists(folder + L"CURRENT")) return false;
-  FolderStack manifest;
-  return manifest.Push(folder, L"MANIFEST-*");
+  bool manifest = false;
+  (void)ListFolder(folder, L"MANIFEST-*", [&manifest](const WalkEntry& entry) { manifest = manifest || !entry.IsFolder(); });
+  return manifest;
 }
 
 std::wstring_view SqliteDatabaseOf(std::wstring_view fileName) {

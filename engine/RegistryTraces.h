@@ -2,8 +2,8 @@
 // or one named value.
 #pragma once
 
+#include "base/StopToken.h"
 #include "engine/Registry.h"
-#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <windows.h>

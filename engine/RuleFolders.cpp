@@ -1,7 +1,7 @@
 #include "engine/RuleFolders.h"
 
 #include "engine/FilePath.h"
-#include "engine/FolderStack.h"
+#include "engine/FolderWalk.h"
 #include "rules/NameMask.h"
 
 #include <shlobj.h>
@@ -166,24 +166,18 @@ RuleFolders FindFoldersBelow(const std::wstring& base, std::wstring_view relativ
         next.push_back(path + L"\\");
         continue;
       }
-      FolderStack listing;
-      if (!listing.Push(folder, L"*")) continue;
-      do {
-        const WIN32_FIND_DATAW& entry = listing.Top().entry;
-        if (IsDotEntry(entry.cFileName) || !IsFolder(entry.dwFileAttributes) ||
-            !rules::MaskMatches(name, entry.cFileName)) {
-          continue;
-        }
-        if (IsReparsePoint(entry.dwFileAttributes)) {
-          found.links.push_back(folder + entry.cFileName + L"\\");
-          continue;
+      (void)ListFolder(folder, L"*", [&](const WalkEntry& entry) {  // a folder the rules cannot read holds nothing
+        if (!entry.IsFolder() || !rules::MaskMatches(name, entry.Name())) return;
+        if (entry.IsLink()) {
+          found.links.push_back(folder + entry.Name() + L"\\");
+          return;
         }
         if (next.size() >= limit) {
           found.overLimit = true;
-          break;
+          return;
         }
-        next.push_back(folder + entry.cFileName + L"\\");
-      } while (listing.Advance());
+        next.push_back(folder + entry.Name() + L"\\");
+      });
     }
     current = std::move(next);
   }
@@ -242,12 +236,9 @@ bool RulePathExists(std::wstring_view text, const SystemPaths& paths) {
         if (AttributesOf(parent + last) != INVALID_FILE_ATTRIBUTES) return true;
         continue;
       }
-      FolderStack listing;
-      if (!listing.Push(parent, L"*")) continue;
-      do {
-        const wchar_t* name = listing.Top().entry.cFileName;
-        if (!IsDotEntry(name) && rules::MaskMatches(last, name)) return true;
-      } while (listing.Advance());
+      bool any = false;
+      (void)ListFolder(parent, L"*", [&](const WalkEntry& entry) { any = any || rules::MaskMatches(last, entry.Name()); });
+      if (any) return true;
     }
   }
   return false;

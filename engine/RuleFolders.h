@@ -5,7 +5,7 @@
 // where the path meets one, that path ends and the link is reported.
 #pragma once
 
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 #include "engine/SystemPaths.h"
 #include "rules/Variables.h"
 

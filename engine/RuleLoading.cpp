@@ -1,8 +1,9 @@
 #include "engine/RuleLoading.h"
 
+#include "base/Texts.h"
 #include "base/UniqueHandle.h"
 #include "engine/FilePath.h"
-#include "engine/FolderStack.h"
+#include "engine/FolderWalk.h"
 #include "engine/RulePlan.h"
 #include "res/resource.h"
 #include "rules/XmlRuleReader.h"
@@ -29,15 +30,11 @@ std::optional<std::string> BuiltInRules() {
 // The user's rule files, by name, so that they load in the same order on every start.
 std::vector<std::wstring> RuleFileNames(const std::wstring& folder) {
   std::vector<std::wstring> names;
-  FolderStack listing;
-  if (!listing.Push(folder, L"*")) return names;
-  do {
-    const WIN32_FIND_DATAW& entry = listing.Top().entry;
-    const std::wstring_view name = entry.cFileName;
-    if (IsFolder(entry.dwFileAttributes) || IsReparsePoint(entry.dwFileAttributes) || name.size() < 5) continue;
-    const std::wstring_view extension = name.substr(name.size() - 4);
-    if (CompareStringOrdinal(extension.data(), 4, L".xml", 4, TRUE) == CSTR_EQUAL) names.emplace_back(name);
-  } while (listing.Advance());
+  (void)ListFolder(folder, L"*", [&names](const WalkEntry& entry) {  // no folder: no files of the user's
+    const std::wstring_view name = entry.Name();
+    if (entry.IsFolder() || entry.IsLink() || name.size() < 5) return;
+    if (SameText(name.substr(name.size() - 4), L".xml")) names.emplace_back(name);
+  });
   std::sort(names.begin(), names.end());
   return names;
 }

@@ -3,7 +3,7 @@
 #include "engine/BrowserProfiles.h"
 #include "engine/FilePath.h"
 #include "engine/FileTraces.h"
-#include "engine/FolderStack.h"
+#include "engine/FolderWalk.h"
 #include "engine/NeverDelete.h"
 #include "engine/ProtectedKeys.h"
 #include "engine/Registry.h"
@@ -56,14 +56,9 @@ std::optional<std::string> ReadSmallFile(const std::wstring& path, size_t limit)
 
 std::vector<std::wstring> SubFolderNames(const std::wstring& folder) {
   std::vector<std::wstring> names;
-  FolderStack listing;
-  if (!listing.Push(folder, L"*")) return names;
-  do {
-    const WIN32_FIND_DATAW& entry = listing.Top().entry;
-    if (!IsDotEntry(entry.cFileName) && IsFolder(entry.dwFileAttributes) && !IsReparsePoint(entry.dwFileAttributes)) {
-      names.emplace_back(entry.cFileName);
-    }
-  } while (listing.Advance());
+  (void)ListFolder(folder, L"*", [&names](const WalkEntry& entry) {  // unreadable: no profiles
+    if (entry.IsFolder() && !entry.IsLink()) names.emplace_back(entry.Name());
+  });
   return names;
 }
 
@@ -347,13 +342,12 @@ std::optional<std::pair<std::wstring, std::wstring>> ApplicationRunning(const ru
         if (IsFileHeldOpen(folder + name)) return std::pair{reason, folder + name};
         continue;
       }
-      FolderStack listing;
-      if (!listing.Push(folder, L"*")) continue;
-      do {
-        const WIN32_FIND_DATAW& entry = listing.Top().entry;
-        if (IsFolder(entry.dwFileAttributes) || !rules::MaskMatches(name, entry.cFileName)) continue;
-        if (IsFileHeldOpen(folder + entry.cFileName)) return std::pair{reason, folder + entry.cFileName};
-      } while (listing.Advance());
+      std::optional<std::wstring> held;
+      (void)ListFolder(folder, L"*", [&](const WalkEntry& entry) {  // unreadable: nothing held there
+        if (held || entry.IsFolder() || !rules::MaskMatches(name, entry.Name())) return;
+        if (IsFileHeldOpen(entry.Path())) held = entry.Path();
+      });
+      if (held) return std::pair{reason, *held};
     }
   }
   return std::nullopt;

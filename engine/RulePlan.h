@@ -7,7 +7,7 @@
 #include "browserdb/CookieKeepList.h"
 #include "engine/FolderSafety.h"
 #include "engine/RunningPrograms.h"
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 #include "engine/SystemPaths.h"
 #include "engine/TraceSink.h"
 #include "rules/RuleBook.h"

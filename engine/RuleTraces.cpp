@@ -6,7 +6,7 @@
 #include "browserdb/FirefoxHistory.h"
 #include "engine/FilePath.h"
 #include "engine/FileTraces.h"
-#include "engine/FolderStack.h"
+#include "engine/FolderWalk.h"
 #include "engine/NeverDelete.h"
 #include "engine/Registry.h"
 #include "engine/RegistryTraces.h"
@@ -84,30 +84,23 @@ class FileWalk {
       return;
     }
     if (files_.scope != FileScope::kEmptyFolders && !MayPickFilesIn(files_.folder)) return;
-    FolderStack walk;
-    if (!walk.Push(files_.folder, L"*")) {
-      if (mode == Mode::kErase) RemoveIfEmpty(files_.folder, true);
-      return;
-    }
+    const std::optional<SafePath> top = ReadFolderPath(files_.folder);
+    if (!top) return;  // planned from a folder the rules read: cannot happen, and nothing to do
     const bool recursive = files_.scope != FileScope::kDirect;
-    while (!walk.Empty()) {
-      OpenFolder& current = walk.Top();
-      const WIN32_FIND_DATAW& entry = current.entry;
-      if (!IsDotEntry(entry.cFileName)) {
-        if (!IsFolder(entry.dwFileAttributes)) {
-          if (files_.scope != FileScope::kEmptyFolders && Goes(current.folder, entry)) found(current.folder, entry);
-        } else if (recursive && MayEnter(current.folder, entry)) {
-          if (walk.Push(current.folder + entry.cFileName + L"\\", L"*")) continue;
-        }
-      }
-      for (;;) {
-        if (mode == Mode::kScan && stop.StopRequested()) return;
-        if (walk.Advance()) break;
-        const std::wstring done = walk.Pop();
-        if (mode == Mode::kErase) RemoveIfEmpty(done, walk.Empty());
-        if (walk.Empty()) return;
-      }
-    }
+    WalkFolder(
+        *top, L"*", mode == Mode::kScan ? stop : StopToken(),
+        [&](const WalkEntry& entry) {
+          if (!entry.IsFolder()) {
+            if (files_.scope != FileScope::kEmptyFolders && Goes(entry.folder, entry.found)) {
+              found(entry.folder, entry.found);
+            }
+            return false;
+          }
+          return recursive && MayEnter(entry.folder, entry.found);
+        },
+        [&](const std::wstring& done) {
+          if (mode == Mode::kErase) RemoveIfEmpty(done, done == top->Text());
+        });
   }
 
  private:

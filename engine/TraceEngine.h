@@ -3,9 +3,9 @@
 // item, its application and its category.
 #pragma once
 
+#include "base/StopToken.h"
 #include "engine/FolderSafety.h"
 #include "engine/ScanRun.h"
-#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <cstdint>

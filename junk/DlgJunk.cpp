@@ -2,7 +2,6 @@
 
 #include "controls/Layout.h"
 #include "controls/Paint.h"
-#include "junk/JunkState.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
 
@@ -15,7 +14,7 @@ bool CDlgJunk::OnInit() {
     (void)tabs_.AddTab(IDB_JUNK_TAB_SETUP_NORMAL, IDB_JUNK_TAB_SETUP_HOT, IDB_JUNK_TAB_SETUP_SELECTED);
     (void)tabs_.AddTab(IDB_JUNK_TAB_RESULTS_NORMAL, IDB_JUNK_TAB_RESULTS_HOT, IDB_JUNK_TAB_RESULTS_SELECTED);
     tabs_.PostOnlyOnChange(true);
-    tabs_.SetClickBlocker([] { return JunkSearchRunning != 0; });
+    tabs_.SetClickBlocker([this] { return results_.Scanning(); });
   }
   setUp_.SetStartHandler(
       [this](const std::wstring& folder, const std::vector<std::wstring>& masks) { StartJunkScan(folder, masks); });
@@ -56,7 +55,7 @@ void CDlgJunk::StartJunkScan(const std::wstring& folder, const std::vector<std::
 }
 
 void CDlgJunk::ResetToSetUp() {
-  if (JunkSearchRunning != 0 || results_.Scanning()) {
+  if (results_.Scanning()) {
     return;
   }
   ++resets_;

@@ -7,9 +7,9 @@
 
 #include "controls/Dialog.h"
 #include "controls/MyTabCtrl.h"
+#include "controls/UserPrompt.h"
 #include "junk/DlgJunkJunk.h"
 #include "junk/DlgJunkScan.h"
-#include "controls/UserPrompt.h"
 
 #include <string>
 #include <vector>
@@ -34,6 +34,8 @@ class CDlgJunk : public controls::CDialog {
   // list empty; nothing happens while a walk runs.
   void ResetToSetUp();
   int Resets() const { return resets_; }
+  // Whether a junk walk runs; the main window asks before it closes or hides.
+  bool Searching() const { return results_.Scanning(); }
 
   void SetMessageBox(const MessageBoxFunction& messageBox);
 

@@ -1,11 +1,10 @@
 #include "junk/DlgJunkJunk.h"
 
 #include "base/ResourceString.h"
+#include "base/Texts.h"
 #include "controls/Layout.h"
 #include "controls/Paint.h"
 #include "junk/JunkRemoval.h"
-#include "junk/JunkState.h"
-#include "junk/JunkTexts.h"
 #include "junk/JunkWalk.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
@@ -25,63 +24,14 @@ constexpr int kColumnWidth = 128;
 constexpr int kButtonStep = 33;  // from one button's top to the next
 constexpr int kSummaryGap = 4;
 
-// Rows reach the list at most this many at a time, and at least this often while the
-// walk finds any: few enough wake-ups for the window, soon enough to watch.
-constexpr size_t kRowsPerBatch = 2000;
-constexpr ULONGLONG kBatchIntervalMs = 100;
-
-// Posted by the worker as its last act. A plain message needs no memory, so the end of a
-// walk always reaches a window that is still there, after every row sent before it.
-constexpr UINT kWalkEndedMessage = controls::kRunUiTasksMessage + 1;
+constexpr int kSizeDecimals = 2;  // "0.00 MB"
 
 }  // namespace
-
-// Runs on the worker: gathers found files into rows and hands them to the page's thread.
-class CDlgJunkJunk::RowBatcher {
- public:
-  explicit RowBatcher(CDlgJunkJunk& page) : page_(page), lastSent_(::GetTickCount64()) {}
-
-  void Add(JunkFile&& file) {
-    rows_.push_back(controls::ListRow{{std::move(file.name), std::move(file.folder)}, 0});
-    sizes_.push_back(file.bytes);
-    if (rows_.size() >= kRowsPerBatch || ::GetTickCount64() - lastSent_ >= kBatchIntervalMs) {
-      Send();
-    }
-  }
-
-  void Send() {
-    lastSent_ = ::GetTickCount64();
-    if (rows_.empty()) {
-      return;
-    }
-    // Refused only once the window is gone; then nobody is left to show them.
-    (void)page_.tasks_.Post([page = &page_, rows = std::move(rows_), sizes = std::move(sizes_)]() mutable {
-      page->AddRows(std::move(rows), sizes);
-    });
-    rows_.clear();
-    sizes_.clear();
-  }
-
- private:
-  CDlgJunkJunk& page_;
-  std::vector<controls::ListRow> rows_;
-  std::vector<uint64_t> sizes_;
-  ULONGLONG lastSent_;
-};
 
 CDlgJunkJunk::CDlgJunkJunk() : CDialog(IDD_JUNK_RESULTS) {
   runDialog_ = [](CDlgScanResult& dialog, HWND owner) {
     (void)dialog.Run(owner);  // whatever ends it, nothing follows but emptying the list
   };
-}
-
-CDlgJunkJunk::~CDlgJunkJunk() {
-  StopScan();
-  tasks_.Unbind();
-  JoinWorker();
-  if (scanning_) {
-    JunkSearchRunning = 0;  // the walk's end never reached the window
-  }
 }
 
 bool CDlgJunkJunk::OnInit() {
@@ -140,63 +90,34 @@ void CDlgJunkJunk::LayOut() {
 }
 
 bool CDlgJunkJunk::StartScan(const std::wstring& folder, std::vector<std::wstring> masks) {
-  if (scanning_ || window_ == nullptr) {
+  if (Scanning() || window_ == nullptr) {
     return false;
   }
-  JoinWorker();
-  // A fresh signal for each walk, made before it starts: a stop meant for the last one
-  // never ends this one, and a stop pressed at once is never lost.
-  walkStop_ = std::make_shared<StopSignal>();
   ClearResults();
-  scanning_ = true;
-  JunkSearchRunning = 1;
   ShowScanning(true);
   const JunkScope scope{folder.empty(), folder};
-  const HWND page = window_;
-  try {
-    worker_ = std::thread([this, page, scope, stop = walkStop_, masks = std::move(masks)] {
-      try {
-        RowBatcher batch(*this);
-        WalkJunkScope(scope, *paths_, masks, StopToken(stop.get()),
-                      [&batch](JunkFile&& file) { batch.Add(std::move(file)); });
-        batch.Send();
-      } catch (...) {
-        // Out of memory: the walk ends with what it has handed over.
-      }
-      // Refused once the window is gone; the page's destructor then clears the busy flag.
-      (void)::PostMessageW(page, kWalkEndedMessage, 0, 0);
-    });
-  } catch (...) {
-    ScanEnded();  // no thread to run the walk
-    return false;
-  }
-  return true;
+  return worker_.Start(
+      [this, scope, masks = std::move(masks)](const StopToken& stop) {
+        WalkJunkScope(scope, *paths_, masks, stop, [this](JunkFile&& file) {
+          rows_.Add(controls::ListRow{{std::move(file.name), std::move(file.folder)}, 0, file.bytes});
+        });
+        rows_.HandOver();
+      },
+      [this](controls::RunEnd) { ScanEnded(); });
 }
 
-void CDlgJunkJunk::StopScan() {
-  if (walkStop_) walkStop_->Request();
-}
+void CDlgJunkJunk::StopScan() { worker_.RequestStop(); }
 
-void CDlgJunkJunk::JoinWorker() {
-  if (worker_.joinable()) {
-    worker_.join();
+void CDlgJunkJunk::RowsAppended(std::span<const controls::ListRow> rows) {
+  for (const controls::ListRow& row : rows) {
+    totalBytes_ += row.value;
   }
-}
-
-void CDlgJunkJunk::AddRows(std::vector<controls::ListRow> rows, const std::vector<uint64_t>& sizes) {
-  for (const uint64_t bytes : sizes) {
-    totalBytes_ += bytes;
-  }
-  rowBytes_.insert(rowBytes_.end(), sizes.begin(), sizes.end());
-  (void)results_.AppendRows(std::move(rows));  // the store has them even if the view missed the count
   ShowSummary();
 }
 
 void CDlgJunkJunk::ScanEnded() {
-  JoinWorker();  // it has posted the message and is returning
-  scanning_ = false;
+  rows_.AppendAll();  // the count and size under the list are complete at the end
   ShowScanning(false);
-  JunkSearchRunning = 0;
 }
 
 void CDlgJunkJunk::ShowScanning(bool scanning) {
@@ -212,14 +133,13 @@ void CDlgJunkJunk::ShowScanning(bool scanning) {
 
 void CDlgJunkJunk::ClearResults() {
   (void)results_.DeleteAll();
-  rowBytes_.clear();
   totalBytes_ = 0;
   ShowSummary();
 }
 
 void CDlgJunkJunk::ShowSummary() const {
-  const std::wstring text =
-      FillIn(LoadResourceString(IDS_JUNK_SUMMARY), {std::to_wstring(results_.RowCount()), MegabytesText(totalBytes_)});
+  const std::wstring text = FillIn(LoadResourceString(IDS_JUNK_SUMMARY),
+                                   {std::to_wstring(results_.RowCount()), MegabytesText(totalBytes_, kSizeDecimals)});
   (void)controls::CWindow(Item(IDC_JUNK_SUMMARY)).SetText(text);  // the old line stays if this fails
 }
 
@@ -241,26 +161,25 @@ bool CDlgJunkJunk::OnCommand(int id, int code, HWND control) {
 
 void CDlgJunkJunk::DeleteSelected() {
   const int row = results_.SelectedRow();
-  if (scanning_ || row < 0 || row >= results_.RowCount()) {
+  if (Scanning() || row < 0 || row >= results_.RowCount()) {
     return;
   }
   if (!DeleteJunkFile(JunkPath(results_.RowText(row, 1), results_.RowText(row, 0)))) {
     (void)messageBox_(window_, LoadResourceString(IDS_JUNK_DELETE_FAILED), L"", MB_OK);
     return;
   }
+  totalBytes_ -= results_.RowValue(row);
   (void)results_.DeleteRow(row);
-  totalBytes_ -= rowBytes_[static_cast<size_t>(row)];
-  rowBytes_.erase(rowBytes_.begin() + row);
   ShowSummary();
 }
 
 void CDlgJunkJunk::DeleteAll() {
   const int count = results_.RowCount();
-  if (scanning_ || count == 0) {
+  if (Scanning() || count == 0) {
     return;
   }
   const std::wstring question = LoadResourceString(IDS_JUNK_CONFIRM_DELETE_ALL);
-  if (messageBox_(window_, FillIn(question, {std::to_wstring(count), MegabytesText(totalBytes_)}),
+  if (messageBox_(window_, FillIn(question, {std::to_wstring(count), MegabytesText(totalBytes_, kSizeDecimals)}),
                   LoadResourceString(IDS_PRODUCT_NAME), MB_YESNO | MB_ICONQUESTION) != IDYES) {
     return;
   }
@@ -277,11 +196,6 @@ void CDlgJunkJunk::DeleteAll() {
 
 bool CDlgJunkJunk::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   if (tasks_.HandleMessage(message, result)) {
-    return true;
-  }
-  if (message == kWalkEndedMessage) {
-    ScanEnded();
-    result = 0;
     return true;
   }
   if (controls::ColourWhitePage(message, wParam, result)) {

@@ -9,10 +9,6 @@
 #include "res/resource.h"
 
 #include <commctrl.h>
-#include <objbase.h>
-#include <shlobj.h>
-
-#include <array>
 
 namespace lumenor {
 
@@ -23,34 +19,6 @@ constexpr int kChoiceIds[] = {IDC_JUNK_ALL_DISKS, IDC_JUNK_CHOOSE_FOLDER, IDC_JU
                               IDC_JUNK_NONE};
 
 constexpr int kMargin = 10;  // pixels from the page's edges to the list's foot and the start button
-constexpr UINT kBrowseFlags = BIF_RETURNONLYFSDIRS | BIF_STATUSTEXT;
-
-// The folder the picker last highlighted: one for the picker, for the whole run, so the
-// picker opens where the user left it.
-std::array<wchar_t, MAX_PATH>& RememberedBrowsePath() {
-  static std::array<wchar_t, MAX_PATH> path{};
-  return path;
-}
-
-int CALLBACK BrowseCallback(HWND picker, UINT message, LPARAM lParam, LPARAM) {
-  std::array<wchar_t, MAX_PATH>& remembered = RememberedBrowsePath();
-  if (message == BFFM_INITIALIZED) {
-    const size_t length = wcsnlen(remembered.data(), remembered.size());
-    // The picker finds "C:\Temp" but not "C:\Temp\"; a drive root keeps its backslash.
-    if (length != 3 && length > 0 && remembered[length - 1] == L'\\') {
-      remembered[length - 1] = L'\0';
-    }
-    (void)::SendMessageW(picker, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(remembered.data()));
-  } else if (message == BFFM_SELCHANGED) {
-    std::array<wchar_t, MAX_PATH> path{};
-    if (::SHGetPathFromIDListW(reinterpret_cast<PCIDLIST_ABSOLUTE>(lParam), path.data()) != FALSE) {
-      remembered = path;
-      (void)::SendMessageW(picker, BFFM_SETSTATUSTEXTW, 0, reinterpret_cast<LPARAM>(path.data()));
-    }
-  }
-  return 0;
-}
-
 }  // namespace
 
 CDlgJunkScan::CDlgJunkScan() : CDialog(IDD_JUNK_SCAN) {}
@@ -142,24 +110,8 @@ bool CDlgJunkScan::OnCommand(int id, int code, HWND control) {
 }
 
 void CDlgJunkScan::Browse() {
-  const std::wstring title = LoadResourceString(IDS_JUNK_BROWSE_TITLE);
-  BROWSEINFOW browse{};
-  browse.hwndOwner = window_;
-  browse.lpszTitle = title.c_str();
-  browse.ulFlags = kBrowseFlags;
-  browse.lpfn = BrowseCallback;
-  // The picker is a shell object; it needs the component runtime on this thread.
-  const HRESULT runtime = ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  PIDLIST_ABSOLUTE chosen = ::SHBrowseForFolderW(&browse);
-  if (chosen != nullptr) {
-    std::array<wchar_t, MAX_PATH> path{};
-    if (::SHGetPathFromIDListW(chosen, path.data()) != FALSE) {
-      (void)controls::CWindow(Item(IDC_JUNK_FOLDER)).SetText(path.data());  // the field stays as it was
-    }
-    ::CoTaskMemFree(chosen);
-  }
-  if (SUCCEEDED(runtime)) {
-    ::CoUninitialize();
+  if (const auto folder = picker_.Pick(window_, LoadResourceString(IDS_JUNK_BROWSE_TITLE))) {
+    (void)controls::CWindow(Item(IDC_JUNK_FOLDER)).SetText(*folder);  // the field stays as it was
   }
 }
 

@@ -5,10 +5,11 @@
 #pragma once
 
 #include "controls/Dialog.h"
+#include "controls/FolderPicker.h"
 #include "controls/MyCheckBox.h"
 #include "controls/NButtonEx.h"
-#include "junk/JunkCatalogueList.h"
 #include "controls/UserPrompt.h"
+#include "junk/JunkCatalogueList.h"
 
 #include <array>
 #include <functional>
@@ -51,6 +52,7 @@ class CDlgJunkScan : public controls::CDialog {
   // Scope: all disks, one folder; selectors: default, all, none.
   std::array<controls::CMyCheckBox, 5> choices_;
   controls::CNButtonEx startButton_;
+  controls::FolderPicker picker_;  // opens where the user last left it
   std::vector<std::wstring> chosenMasks_;
   StartHandler start_;
   MessageBoxFunction messageBox_ = SystemMessageBox;

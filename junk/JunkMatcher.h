@@ -51,7 +51,8 @@ bool MaskAccepts(std::wstring_view mask, std::wstring_view lowerName);
 // The place in `masks` of the first mask that accepts `lowerName`, or nothing.
 std::optional<size_t> FirstAcceptingMask(std::wstring_view lowerName, std::span<const std::wstring> masks);
 
-// `name` in lower case, as the masks are written.
+// `name` in lower case, as the masks are written (junk/LowerCaseName.cpp: it asks the
+// system for the letters beyond ASCII).
 std::wstring LowerCaseName(std::wstring_view name);
 
 }  // namespace lumenor

@@ -28,8 +28,9 @@ bool DeleteJunkFile(const std::wstring& path, uint64_t* bytes) {
   return true;
 }
 
-void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally) {
+void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally, const StopToken& stop) {
   for (const std::wstring& path : paths) {
+    if (stop.StopRequested()) return;
     uint64_t bytes = 0;
     if (DeleteJunkFile(path, &bytes)) {
       tally.Erased(1, bytes);

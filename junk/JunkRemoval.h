@@ -3,6 +3,7 @@
 // overwriting (that is the shredder's job).
 #pragma once
 
+#include "base/StopToken.h"
 #include "engine/TraceSink.h"
 
 #include <cstdint>
@@ -18,7 +19,8 @@ inline std::wstring JunkPath(const std::wstring& folder, const std::wstring& nam
 // given, receives the size of the file deleted.
 bool DeleteJunkFile(const std::wstring& path, uint64_t* bytes = nullptr);
 
-// Deletes each file in turn, reporting one deletion (with its size) or one failure per file.
-void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally);
+// Deletes each file in turn, reporting one deletion (with its size) or one failure per
+// file, until a stop request (the result page's delete-all has no stop, and passes none).
+void DeleteJunkFiles(std::span<const std::wstring> paths, EraseTally& tally, const StopToken& stop = StopToken());
 
 }  // namespace lumenor

@@ -1,62 +1,31 @@
 #include "junk/JunkWalk.h"
 
-#include "engine/FilePath.h"
-#include "engine/FolderStack.h"
+#include "engine/FolderWalk.h"
 #include "junk/JunkMatcher.h"
 
 namespace lumenor {
 
-namespace {
-
-void ConsiderFile(const OpenFolder& at, const JunkMasks& masks, const JunkFound& found) {
-  const WIN32_FIND_DATAW& entry = at.entry;
-  std::wstring name = LowerCaseName(entry.cFileName);
-  const std::optional<size_t> mask = masks.FirstAccepting(name);
-  if (!mask) {
-    return;
-  }
-  const uint64_t bytes = (static_cast<uint64_t>(entry.nFileSizeHigh) << 32) | entry.nFileSizeLow;
-  found(JunkFile{std::move(name), at.folder, *mask, bytes});
-}
-
-}  // namespace
-
 void WalkFolderForJunk(const std::wstring& folder, std::span<const std::wstring> masks, const StopToken& stop,
                        const JunkFound& found) {
-  if (masks.empty() || folder.empty() || folder.back() != L'\\' || IsLinkFolder(folder)) {
+  if (masks.empty() || folder.empty() || folder.back() != L'\\') {
+    return;
+  }
+  const std::optional<SafePath> top = ReadFolderPath(folder);
+  if (!top || IsLinkFolder(*top)) {
     return;
   }
   const JunkMasks rules(masks);
-  FolderStack walk;
-  if (!walk.Push(folder, L"*")) {
-    return;
-  }
-  for (;;) {
-    OpenFolder& current = walk.Top();
-    const WIN32_FIND_DATAW& entry = current.entry;
-    if (!IsDotEntry(entry.cFileName)) {
-      if (!IsFolder(entry.dwFileAttributes)) {
-        ConsiderFile(current, rules, found);
-      } else if (!IsReparsePoint(entry.dwFileAttributes)) {
-        // A folder that cannot be searched (access denied) yields nothing and is not listed.
-        if (walk.Push(current.folder + entry.cFileName + L"\\", L"*")) {
-          continue;  // its first entry is next; this folder goes on after it
-        }
-      }
+  // A folder that cannot be searched (access denied) yields nothing and is not listed.
+  WalkFolder(*top, L"*", stop, [&](const WalkEntry& entry) {
+    if (entry.IsFolder()) {
+      return true;  // entered unless it is a link
     }
-    for (;;) {
-      if (stop.StopRequested()) {
-        return;
-      }
-      if (walk.Advance()) {
-        break;
-      }
-      (void)walk.Pop();
-      if (walk.Empty()) {
-        return;
-      }
+    std::wstring name = LowerCaseName(entry.Name());
+    if (const std::optional<size_t> mask = rules.FirstAccepting(name)) {
+      found(JunkFile{std::move(name), entry.folder, *mask, entry.Size()});
     }
-  }
+    return false;
+  });
 }
 
 void WalkFixedDisksForJunk(const SystemPaths& paths, std::span<const std::wstring> masks, const StopToken& stop,

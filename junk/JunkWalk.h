@@ -4,8 +4,8 @@
 // tested between entries. The set-up page, lumenor-cli and the benchmark share it.
 #pragma once
 
+#include "base/StopToken.h"
 #include "engine/FolderSafety.h"
-#include "engine/StopToken.h"
 #include "engine/SystemPaths.h"
 
 #include <cstddef>

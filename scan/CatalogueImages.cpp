@@ -2,6 +2,7 @@
 
 #include "catalogue/Catalogue.h"
 #include "controls/Bitmap.h"
+#include "controls/GdiOwners.h"
 #include "res/artwork_ids.h"
 
 #include <vector>
@@ -76,10 +77,9 @@ HIMAGELIST MakeCatalogueImageList() {
     if (!picture || ::ImageList_AddMasked(list, picture.Handle(), kPictureBackground) < 0) {
       // Keeps the indexes of the pictures after it: an empty picture in its place.
       static const std::vector<DWORD> background(kPicture * kPicture, 0x00010000);  // RGB(1,0,0) as pixels
-      HBITMAP blank = ::CreateBitmap(kPicture, kPicture, 1, 32, background.data());
-      if (blank != nullptr) {
-        (void)::ImageList_AddMasked(list, blank, kPictureBackground);
-        (void)::DeleteObject(blank);
+      const controls::OwnedBitmap blank(::CreateBitmap(kPicture, kPicture, 1, 32, background.data()));
+      if (blank) {
+        (void)::ImageList_AddMasked(list, blank.Get(), kPictureBackground);  // the list keeps a copy
       }
     }
   }

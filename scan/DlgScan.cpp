@@ -1,8 +1,7 @@
 #include "scan/DlgScan.h"
 
-#include "settings/Settings.h"
 #include "base/ResourceString.h"
-#include "base/TextFormat.h"
+#include "base/Texts.h"
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"
 #include "controls/ListFeed.h"
@@ -12,7 +11,7 @@
 #include "scan/DlgCookiesToKeep.h"
 #include "scan/DlgScanResult.h"
 #include "scan/ItemWarnings.h"
-#include "scan/ScanState.h"
+#include "settings/Settings.h"
 
 #include <commctrl.h>
 
@@ -89,7 +88,7 @@ void RunCookiesToKeepDialog(HWND owner, const CIniFileRW& settings, std::vector<
 class CDlgScan::PageReports final : public RunReports {
  public:
   explicit PageReports(CDlgScan& page)
-      : page_(page), rows_(page.tasks_, page.results_, [&page](const std::vector<controls::ListRow>& rows) {
+      : page_(page), rows_(page.tasks_, page.results_, [&page](std::span<const controls::ListRow> rows) {
           for (const controls::ListRow& row : rows) page.foundCount_ += row.tag == kSkippedRowTag ? 0 : 1;
           page.tree_.RefreshCounts();
           page.ShowSummary();
@@ -112,9 +111,7 @@ class CDlgScan::PageReports final : public RunReports {
                                 trace.isRegistry ? kRegistryRowTag : LPARAM{0}});
   }
   void LocationSkipped(const SkippedLocation& skipped) override {
-    std::wstring text = LoadResourceString(IDS_SCAN_SKIPPED);
-    const size_t slot = text.find(L"%s");
-    if (slot != std::wstring::npos) text.replace(slot, 2, SkipReason(skipped));
+    std::wstring text = FillIn(LoadResourceString(IDS_SCAN_SKIPPED), {SkipReason(skipped)});
     rows_.Add(controls::ListRow{{skipped.item->Name(), std::move(text), skipped.location}, kSkippedRowTag});
   }
   // The one-click erase runs without the progress dialog: nobody counts its deletions.
@@ -137,17 +134,8 @@ CDlgScan::CDlgScan()
       runEraseDialog_(RunEraseProgressDialog),
       runCookiesDialog_(RunCookiesToKeepDialog) {}
 
-CDlgScan::~CDlgScan() {
-  tasks_.Unbind();
-  if (stop_) {
-    stop_->Request();  // a scan stops after its current item; an erase runs to its end
-  }
-  if (worker_.joinable()) {
-    worker_.join();
-  }
-}
-
-bool CDlgScan::Busy() const { return running_.load() || lumenor::EraseDialogOpen.load() != 0; }
+// The worker goes first: a scan stops after its current item; an erase runs to its end.
+CDlgScan::~CDlgScan() = default;
 
 bool CDlgScan::OnInit() {
   (void)animation_.Attach(window_, IDC_SCAN_ANIMATION);
@@ -267,20 +255,19 @@ void CDlgScan::ShowSummary() {
   std::wstring text;
   const CCatalogue& catalogue = ProcessCatalogue();
   if (run_) {
-    text = FillPlaceholders(LoadResourceString(IDS_SCAN_SUMMARY),
-                            {std::to_wstring(foundCount_), FormatByteSize(BytesFound())});
+    text = FillIn(LoadResourceString(IDS_SCAN_SUMMARY),
+                  {std::to_wstring(foundCount_), FormatByteSize(BytesFound())});
   } else if (catalogue.CommunityEntries() > 0) {
     // Before a scan the line tells what the community file holds beyond what shows.
-    text = FillPlaceholders(LoadResourceString(IDS_COMMUNITY_NOTE),
-                            {std::to_wstring(catalogue.CommunityShown()),
-                             std::to_wstring(catalogue.CommunityEntries() - catalogue.CommunityShown())});
+    text = FillIn(LoadResourceString(IDS_COMMUNITY_NOTE),
+                  {std::to_wstring(catalogue.CommunityShown()),
+                   std::to_wstring(catalogue.CommunityEntries() - catalogue.CommunityShown())});
   }
   (void)::SetDlgItemTextW(window_, IDC_SCAN_SUMMARY, text.c_str());  // a page without the line shows no total
 }
 
 void CDlgScan::BeginScanLook() {
-  ScanBusy = 1;
-  ScanRunning = 1;
+  scanning_ = true;
   ShowScanLook(true);
   EnableActions(false);
   DropRun();
@@ -301,8 +288,7 @@ void CDlgScan::OnStage(RunStage stage) {
       ShowScanLook(false);
       EnableActions(true);
       animation_.Stop();
-      ScanBusy = 0;
-      ScanRunning = 0;
+      scanning_ = false;
       status(false, IDS_STATUS_SCAN_DONE, IDS_STATUS_SCAN_TOTAL);
       break;
     case RunStage::kEraseStarted:
@@ -317,44 +303,45 @@ void CDlgScan::OnStage(RunStage stage) {
   }
 }
 
-void CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run) {
-  if (worker_.joinable()) {
-    worker_.join();  // the last one has ended: nothing could start while it ran
-  }
-  // Every run has a stop signal of its own, so a stop meant for an earlier one is never
-  // taken for a stop of this one.
-  stop_ = std::make_shared<StopSignal>();
-  running_ = true;
-  worker_ = std::thread([this, stop = stop_, run = std::move(run)] {
-    run(*reports_, StopToken(stop.get()));
-    (void)tasks_.Post([this] { running_ = false; });  // refused once the page is gone
-  });
+bool CDlgScan::StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run) {
+  return worker_.Start([this, run = std::move(run)](const StopToken& stop) { run(*reports_, stop); },
+                       [this](controls::RunEnd end) {
+                         if (end == controls::RunEnd::kNotStarted) RunNotStarted();
+                       });
 }
 
-void CDlgScan::StartRun(std::function<void(ScanRun& run, PageReports& reports, const StopToken& stop)> work) {
+void CDlgScan::RunNotStarted() {
+  // No stage was reached, so the notification area was never told of this run.
+  ShowScanLook(false);
+  EnableActions(true);
+  animation_.Stop();
+  scanning_ = false;
+  DropRun();
+  ShowSummary();
+}
+
+bool CDlgScan::StartRun(std::function<void(ScanRun& run, PageReports& reports, const StopToken& stop)> work) {
   // The run of the ticked items is made here, before the worker fills it, so the tree can
   // show its counts from the first trace on.
   run_ = MakeScanRun(CatalogueRoot(), selection_.TickedItems(), ProcessCatalogue().Rules());
   for (const std::wstring& domain : ReadCookiesToKeep(settings_)) (void)run_->CookiesToKeep().Add(domain);
   tree_.ShowRun(run_.get());
   ShowSummary();
-  StartWorker([run = run_, work = std::move(work)](PageReports& reports, const StopToken& stop) {
+  return StartWorker([run = run_, work = std::move(work)](PageReports& reports, const StopToken& stop) {
     work(*run, reports, stop);
   });
 }
 
 void CDlgScan::StartScan() {
-  if (ScanBusy != 0) {
-    if (stop_) {
-      stop_->Request();
-    }
+  if (scanning_) {
+    worker_.RequestStop();
     return;
   }
-  if (running_) {
+  if (worker_.Running()) {
     return;  // a one-click erase is still erasing
   }
   BeginScanLook();
-  StartRun([this](ScanRun& run, PageReports& reports, const StopToken& stop) {
+  (void)StartRun([this](ScanRun& run, PageReports& reports, const StopToken& stop) {  // one that cannot start ends at once
     ScanItems(run, &settings_, reports, stop, FolderGuard(MachinePaths()));
   });
 }
@@ -367,21 +354,20 @@ bool CDlgScan::StartOneClickErase() {
   TickOneClickList(selection_, settings_);
   tree_.RefreshChecks();
   BeginScanLook();
-  StartRun([this](ScanRun& run, PageReports& reports, const StopToken& stop) {
+  return StartRun([this](ScanRun& run, PageReports& reports, const StopToken& stop) {
     RunOneClickErase(run, &settings_, reports, stop, FolderGuard(MachinePaths()));
   });
-  return true;
 }
 
 void CDlgScan::Erase() {
   if (!run_ || foundCount_ < 1 || Busy()) {
     return;
   }
-  EraseDialogOpen = 1;
+  eraseDialogOpen_ = true;
   const INT_PTR result = runEraseDialog_(window_, foundCount_, [run = run_](EraseTally& tally) {
     EraseFoundItems(*run, tally, FolderGuard(MachinePaths()));
   });
-  EraseDialogOpen = 0;
+  eraseDialogOpen_ = false;
   // Only the dialog's hidden Cancel button ends it so; a dialog that could not be shown
   // (-1) never restarts the machine.
   if (result != IDOK && result != -1) {
@@ -420,13 +406,11 @@ void CDlgScan::SelectAll() {
     return ::MessageBoxW(window_, LoadResourceString(IDS_SELECT_ALL_WARNING).c_str(),
                          LoadResourceString(IDS_SELECT_ALL_CAPTION).c_str(), MB_YESNO | MB_ICONEXCLAMATION) != IDNO;
   };
-  selection_.SelectAll(ScanBusy != 0, ask);
+  selection_.SelectAll(scanning_, ask);
 }
 
 void CDlgScan::WaitForWorker() {
-  if (worker_.joinable()) {
-    worker_.join();
-  }
+  worker_.Join();
   tasks_.RunPending();
 }
 
@@ -446,11 +430,11 @@ bool CDlgScan::OnCommand(int id, int code, HWND control) {
       tree_.RefreshChecks();
       return true;
     case IDC_SCAN_SELECT_NONE:
-      selection_.SelectNone(ScanBusy != 0);
+      selection_.SelectNone(scanning_);
       tree_.RefreshChecks();
       return true;
     case IDC_SCAN_SELECT_DEFAULT:
-      selection_.SelectDefault(ScanBusy != 0, settings_);
+      selection_.SelectDefault(scanning_, settings_);
       tree_.RefreshChecks();
       return true;
     case IDC_SCAN_COOKIES_TO_KEEP:

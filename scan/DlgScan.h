@@ -6,11 +6,11 @@
 // area.
 #pragma once
 
-#include "settings/IniFileRW.h"
 #include "controls/Dialog.h"
 #include "controls/GifPicture.h"
 #include "controls/MyListCtrl.h"
 #include "controls/NButtonEx.h"
+#include "controls/PageWorker.h"
 #include "controls/UiTasks.h"
 #include "controls/UserPrompt.h"
 #include "engine/FolderSafety.h"
@@ -18,15 +18,13 @@
 #include "scan/MyTreeCtrl.h"
 #include "scan/PrivacyRun.h"
 #include "scan/Restart.h"
+#include "settings/IniFileRW.h"
 
 #include <array>
 #include <cstdint>
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace lumenor {
@@ -48,7 +46,8 @@ class CDlgScan : public controls::CDialog {
   ~CDlgScan() override;
 
   // Ticks the one-click selection and scans and erases it without the progress dialog.
-  // Refused (false) while a scan or erase of the page runs.
+  // Refused (false) while a scan or erase of the page runs; false too when its thread
+  // could not start (the run has then ended).
   bool StartOneClickErase();
   int OneClickRequests() const { return oneClickRequests_; }
   // Traces found by the running or last scan, less the rows deleted by hand.
@@ -56,7 +55,11 @@ class CDlgScan : public controls::CDialog {
   // Their bytes, as the line under the results tells them.
   uint64_t BytesFound() const;
   // Whether a scan, an erase or a one-click erase of the page is under way.
-  bool Busy() const;
+  bool Busy() const { return worker_.Running() || eraseDialogOpen_; }
+  // From the start of a scan (or one-click erase) to the end of its scan pass.
+  bool Scanning() const { return scanning_; }
+  // While the erase progress dialog runs.
+  bool EraseDialogOpen() const { return eraseDialogOpen_; }
 
   void SetStatusSink(StatusSink sink) { statusSink_ = std::move(sink); }
   void SetSelectAllConfirmation(Confirmation confirm) { confirmSelectAll_ = std::move(confirm); }
@@ -65,6 +68,8 @@ class CDlgScan : public controls::CDialog {
   void SetRestart(RestartMachine restart) { restart_ = std::move(restart); }
   void SetEraseDialogRunner(EraseDialogRunner runner) { runEraseDialog_ = std::move(runner); }
   void SetCookiesDialogRunner(CookiesDialogRunner runner) { runCookiesDialog_ = std::move(runner); }
+  // How the worker's thread is started; tests make it fail or wait.
+  void SetThreadStarter(controls::ThreadStarter starter) { worker_.SetThreadStarter(std::move(starter)); }
   // The settings file the page reads and writes; "setting.ini" beside the program unless
   // a test gives another.
   void SetSettingsFile(const CIniFileRW& settings) { settings_ = settings; }
@@ -97,11 +102,13 @@ class CDlgScan : public controls::CDialog {
   void SelectAll();
   void ShowScanLook(bool running);
   void EnableActions(bool enable);
-  // Common to a scan and a one-click erase: a fresh stop signal and the worker.
-  void StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run);
+  // Common to a scan and a one-click erase: the run on the page's worker.
+  bool StartWorker(std::function<void(PageReports& reports, const StopToken& stop)> run);
   // A new run of the ticked items, shown in the tree and filled by `work` on the worker.
-  void StartRun(std::function<void(ScanRun& run, PageReports& reports, const StopToken& stop)> work);
+  bool StartRun(std::function<void(ScanRun& run, PageReports& reports, const StopToken& stop)> work);
   void BeginScanLook();
+  // A run whose thread could not start: the page as it was before it.
+  void RunNotStarted();
   void OnStage(RunStage stage);
   void EmptyResults();
   void DropRun();
@@ -117,14 +124,13 @@ class CDlgScan : public controls::CDialog {
 
   controls::UiTaskQueue tasks_;
   std::unique_ptr<PageReports> reports_;
-  std::thread worker_;
-  std::atomic<bool> running_{false};
-  std::shared_ptr<StopSignal> stop_;  // the running worker's, fresh for each run
   // Shared with the worker that fills it; the tree reads its counts.
   std::shared_ptr<ScanRun> run_;
   int foundCount_ = 0;
   uint64_t bytesDeletedByHand_ = 0;
   int oneClickRequests_ = 0;
+  bool scanning_ = false;
+  bool eraseDialogOpen_ = false;
 
   StatusSink statusSink_;
   Confirmation confirmSelectAll_;
@@ -132,6 +138,8 @@ class CDlgScan : public controls::CDialog {
   RestartMachine restart_ = RestartWindowsNow;
   EraseDialogRunner runEraseDialog_;
   CookiesDialogRunner runCookiesDialog_;
+  // Last: its thread is stopped and joined before anything it uses goes.
+  controls::PageWorker worker_{tasks_};
 };
 
 }  // namespace lumenor

@@ -1,5 +1,6 @@
 #include "scan/DlgScanResult.h"
 
+#include "controls/GdiOwners.h"
 #include "controls/MemDC.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
@@ -63,19 +64,10 @@ class CDlgScanResult::WorkerTally final : public EraseTally {
 CDlgScanResult::CDlgScanResult(int total, Job job)
     : CDialog(IDD_ERASE_PROGRESS), job_(std::move(job)), progress_(total) {}
 
-CDlgScanResult::~CDlgScanResult() {
-  tasks_.Unbind();
-  if (worker_.joinable()) {
-    worker_.join();
-  }
-}
-
 INT_PTR CDlgScanResult::Run(HWND owner) {
   const INT_PTR result = DoModal(owner);
   tasks_.Unbind();
-  if (worker_.joinable()) {
-    worker_.join();  // the dialog closes only once the erase has ended
-  }
+  worker_.Join();  // the dialog closes only once the erase has ended
   return result;
 }
 
@@ -125,14 +117,14 @@ bool CDlgScanResult::OnInit() {
 
   // The worker starts only now, with the queue bound: what it reports finds the window.
   tasks_.Bind(window_);
-  worker_ = std::thread([this] {
-    WorkerTally tally(*this);
-    if (job_) {
-      job_(tally);
-    }
-    finished_.store(true);
-    (void)tasks_.Post([this] { ShowEnd(); });  // refused once the window went: nothing to show
-  });
+  (void)worker_.Start(
+      [this](const StopToken&) {
+        WorkerTally tally(*this);
+        if (job_) {
+          job_(tally);
+        }
+      },
+      [this](controls::RunEnd end) { ShowEnd(end); });  // an erase runs to its end: no stop
   return true;
 }
 
@@ -191,8 +183,8 @@ void CDlgScanResult::ShapeWindowToPicture() {
 
   // The window leaves out the magenta pixels near each corner of the picture, so its
   // corners follow the picture's rounded ones.
-  HRGN shape = ::CreateRectRgn(0, 0, size.cx, size.cy);
-  if (shape == nullptr) {
+  controls::OwnedRegion shape(::CreateRectRgn(0, 0, size.cx, size.cy));
+  if (!shape) {
     return;
   }
   const RECT corners[] = {{0, 0, kCornerReach, kCornerReach},
@@ -201,15 +193,14 @@ void CDlgScanResult::ShapeWindowToPicture() {
                           {size.cx - kCornerReach, size.cy - kCornerReach, size.cx, size.cy}};
   for (const RECT& corner : corners) {
     for (const POINT pixel : background_.PixelsOfColour(kOutside, corner)) {
-      HRGN dot = ::CreateRectRgn(pixel.x, pixel.y, pixel.x + 1, pixel.y + 1);
-      if (dot != nullptr) {
-        (void)::CombineRgn(shape, shape, dot, RGN_DIFF);  // a pixel left in is only a pixel
-        (void)::DeleteObject(dot);
+      const controls::OwnedRegion dot(::CreateRectRgn(pixel.x, pixel.y, pixel.x + 1, pixel.y + 1));
+      if (dot) {
+        (void)::CombineRgn(shape.Get(), shape.Get(), dot.Get(), RGN_DIFF);  // a pixel left in is only a pixel
       }
     }
   }
-  if (::SetWindowRgn(window_, shape, TRUE) == 0) {
-    (void)::DeleteObject(shape);  // the system took it only on success
+  if (::SetWindowRgn(window_, shape.Get(), TRUE) != 0) {
+    (void)shape.Release();  // the system owns it from now on; on failure it stays ours
   }
 }
 
@@ -236,7 +227,18 @@ void CDlgScanResult::ShowFigures(int deleted, int failed) {
   failedDisplay_.SetDigits(std::to_wstring(failed));
 }
 
-void CDlgScanResult::ShowEnd() {
+void CDlgScanResult::ShowEnd(controls::RunEnd end) {
+  if (end == controls::RunEnd::kNotStarted) {
+    // Nothing was erased: told as one failure, with the figures and the warning.
+    int failed = 0;
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      (void)progress_.Failed();
+      failed = progress_.FailedCount();
+    }
+    ShowFigures(0, failed);
+  }
+  finished_.store(true);
   animation_.Stop();
   // The warning first: once Close shows, the dialog's end is all on screen.
   if (Progress().FailedCount() > 0) {
@@ -280,14 +282,13 @@ bool CDlgScanResult::OnClose() {
 bool CDlgScanResult::OnEraseBackground(HDC) { return true; }
 
 bool CDlgScanResult::OnPaint() {
-  PAINTSTRUCT paint{};
-  HDC dc = ::BeginPaint(window_, &paint);
-  if (dc == nullptr) {
+  const controls::PaintDC dc(window_);
+  if (!dc) {
     return false;
   }
   {
     const RECT client = ClientRect();
-    controls::CMemDC canvas(dc, client);
+    controls::CMemDC canvas(dc.Get(), client);
     if (!background_.Draw(canvas.Get(), 0, 0)) {
       (void)::FillRect(canvas.Get(), &client, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
     }
@@ -297,7 +298,6 @@ bool CDlgScanResult::OnPaint() {
                             RECT{source, 0, source + kCell.cx, kCell.cy});  // missing picture: no bar
     }
   }
-  (void)::EndPaint(window_, &paint);
   return true;
 }
 

@@ -1,8 +1,9 @@
 // The erase progress dialog: an animation, the figures deleted and failed, a ten-cell bar,
 // and at the end a Close button and, when anything failed, a warning. The erase itself
-// runs on a worker that the dialog starts once its window exists and joins before it
-// goes; the worker's reports reach the window through the dialog's task queue, so the
-// worker never waits for the window. The junk cleaner's delete-all uses it too.
+// runs on the dialog's worker, started once its window exists; the worker's reports
+// reach the window through the dialog's task queue, so the worker never waits for the
+// window. An erase whose thread could not start ends at once as one failure, so the
+// warning and Close show. The junk cleaner's delete-all uses it too.
 #pragma once
 
 #include "controls/Bitmap.h"
@@ -10,6 +11,7 @@
 #include "controls/DigitDisplay.h"
 #include "controls/GifPicture.h"
 #include "controls/NButtonEx.h"
+#include "controls/PageWorker.h"
 #include "controls/UiTasks.h"
 #include "engine/TraceSink.h"
 #include "scan/EraseProgress.h"
@@ -17,7 +19,6 @@
 #include <atomic>
 #include <functional>
 #include <mutex>
-#include <thread>
 
 namespace lumenor {
 
@@ -27,7 +28,6 @@ class CDlgScanResult : public controls::CDialog {
   using Job = std::function<void(EraseTally& tally)>;
 
   CDlgScanResult(int total, Job job);
-  ~CDlgScanResult() override;
 
   // Runs the dialog modally. IDOK once closed: by Close, or by Esc, the close box or
   // Alt+F4, which all mean Close and do nothing before the erase has ended. IDCANCEL
@@ -40,6 +40,9 @@ class CDlgScanResult : public controls::CDialog {
   bool Finished() const { return finished_.load(); }
   bool CloseShown() const { return close_.Exists() && close_.IsVisible(); }
   bool WarningShown() const;
+
+  // How the erase's thread is started; tests make it fail.
+  void SetThreadStarter(controls::ThreadStarter starter) { worker_.SetThreadStarter(std::move(starter)); }
 
  protected:
   bool OnInit() override;
@@ -56,7 +59,7 @@ class CDlgScanResult : public controls::CDialog {
   void ShapeWindowToPicture();
   void CentreOverOwner();
   void ShowFigures(int deleted, int failed);
-  void ShowEnd();
+  void ShowEnd(controls::RunEnd end);
   RECT BarRect() const;
   void Report(EraseProgress::Refresh refresh);
 
@@ -66,7 +69,6 @@ class CDlgScanResult : public controls::CDialog {
   int litCells_ = 0;  // as painted, on the window's thread
   std::atomic<bool> finished_{false};
   controls::UiTaskQueue tasks_;
-  std::thread worker_;
 
   controls::CBitmapResource background_;
   controls::CBitmapResource cells_;
@@ -77,6 +79,8 @@ class CDlgScanResult : public controls::CDialog {
   controls::CMyDigitDisplay failedDisplay_;
   controls::CNButtonEx close_;
   controls::CNButtonEx cancel_;
+  // Last: its thread is joined before anything it uses goes.
+  controls::PageWorker worker_{tasks_};
 };
 
 }  // namespace lumenor

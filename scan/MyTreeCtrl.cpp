@@ -1,7 +1,8 @@
 #include "scan/MyTreeCtrl.h"
 
 #include "base/ResourceString.h"
-#include "base/TextFormat.h"
+#include "base/Texts.h"
+#include "controls/GdiOwners.h"
 #include "res/artwork_ids.h"
 
 #include <windowsx.h>
@@ -45,15 +46,13 @@ bool CMyTreeCtrl::CreateTree(HWND parent, int id, const RECT& rect, HFONT font) 
   (void)doneMark_.Load(IDB_TREE_DONE);
 
   // Room for five digits of counts and a size in the tree's font.
-  HDC dc = ::GetDC(window_);
-  if (dc != nullptr) {
-    const HGDIOBJ old = ::SelectObject(dc, font != nullptr ? font : ::GetStockObject(DEFAULT_GUI_FONT));
+  const controls::WindowDC dc(window_);
+  if (dc) {
+    const controls::SelectedObject selected(dc.Get(), font != nullptr ? font : ::GetStockObject(DEFAULT_GUI_FONT));
     constexpr std::wstring_view kWidest = L"67890 (999.9 MB)";
-    if (::GetTextExtentPoint32W(dc, kWidest.data(), static_cast<int>(kWidest.size()), &countLabel_) == FALSE) {
+    if (::GetTextExtentPoint32W(dc.Get(), kWidest.data(), static_cast<int>(kWidest.size()), &countLabel_) == FALSE) {
       countLabel_ = SIZE{100, 16};
     }
-    (void)::SelectObject(dc, old);
-    (void)::ReleaseDC(window_, dc);
   }
   return true;
 }
@@ -224,15 +223,13 @@ void CMyTreeCtrl::DrawRowExtras(HDC dc, int row, const RECT& line) const {
   if (mark == nullptr || !*mark) {
     return;
   }
-  const HDC source = ::CreateCompatibleDC(dc);
-  if (source == nullptr) {
+  const controls::MemoryDC source(dc);
+  const controls::SelectedObject picture(source.Get(), mark->Handle());
+  if (!picture.Selected()) {
     return;
   }
-  const HGDIOBJ old = ::SelectObject(source, mark->Handle());
-  (void)::TransparentBlt(dc, left, top, kMarkSize, kMarkSize, source, frame * kMarkSize, 0, kMarkSize, kMarkSize,
+  (void)::TransparentBlt(dc, left, top, kMarkSize, kMarkSize, source.Get(), frame * kMarkSize, 0, kMarkSize, kMarkSize,
                          kMarkBackground);  // a mark not drawn is only a mark
-  (void)::SelectObject(source, old);
-  (void)::DeleteDC(source);
 }
 
 LRESULT CMyTreeCtrl::CustomDraw(NMTVCUSTOMDRAW& draw) const {

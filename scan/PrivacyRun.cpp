@@ -66,11 +66,12 @@ void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, co
   reports.StageReached(RunStage::kScanFinished);
 }
 
-void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard) {
+void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard, const StopToken& stop) {
   const RunningPrograms running = RunningPrograms::Now();
   const RememberedPaths paths(MachinePaths());
   const RuleContext context{paths, guard, running, run.CookiesToKeep()};
   for (const ScanRun::Item& item : run.Items()) {
+    if (stop.StopRequested()) return;
     if (run.FoundCount(*item.node) > 0) EraseOne(item, tally, guard, context);
   }
 }
@@ -81,13 +82,16 @@ void TickOneClickList(ItemSelection& selection, const CIniFileRW& settings) {
 }
 
 void RunOneClickErase(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
-                      const FolderGuard& guard) {
+                      const FolderGuard& guard, const StopToken& eraseStop) {
   ScanItems(run, recentTo, reports, stop, guard);
   reports.StageReached(RunStage::kEraseStarted);
   const RunningPrograms running = RunningPrograms::Now();
   const RememberedPaths paths(MachinePaths());
   const RuleContext context{paths, guard, running, run.CookiesToKeep()};
-  for (const ScanRun::Item& item : run.Items()) EraseOne(item, reports, guard, context);
+  for (const ScanRun::Item& item : run.Items()) {
+    if (eraseStop.StopRequested()) break;
+    EraseOne(item, reports, guard, context);
+  }
   reports.StageReached(RunStage::kEraseFinished);
 }
 

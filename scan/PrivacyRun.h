@@ -4,13 +4,13 @@
 // main window shows as status texts.
 #pragma once
 
-#include "settings/IniFileRW.h"
+#include "base/StopToken.h"
 #include "catalogue/CMyObject.h"
 #include "engine/FolderSafety.h"
 #include "engine/ScanRun.h"
-#include "engine/StopToken.h"
 #include "engine/TraceSink.h"
 #include "scan/ItemSelection.h"
+#include "settings/IniFileRW.h"
 
 #include <memory>
 #include <vector>
@@ -47,16 +47,20 @@ std::unique_ptr<ScanRun> MakeScanRun(CMyObject* root, const std::vector<unsigned
 void ScanItems(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
                const FolderGuard& guard);
 
-// Erases each item of the run whose scan found something, in order.
-void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard);
+// Erases each item of the run whose scan found something, in order; a stop request ends
+// it before the next item (the erase dialog has no stop, and passes none).
+void EraseFoundItems(const ScanRun& run, EraseTally& tally, const FolderGuard& guard,
+                     const StopToken& stop = StopToken());
 
 // Unticks everything, then ticks the one-click list of the settings file. A missing count
 // reads as one entry, itself reading as 1, which names no item: nothing is ticked then.
 void TickOneClickList(ItemSelection& selection, const CIniFileRW& settings);
 
 // The one-click erase after the list is ticked: a scan of the run, then an erase of every
-// item scanned, whether the scan found anything in it or not.
+// item scanned, whether the scan found anything in it or not. `stop` ends the scan;
+// `eraseStop`, tested before each item of the erase, ends the erase too (the page's stop
+// ends only the scan, the command line's the whole run).
 void RunOneClickErase(ScanRun& run, const CIniFileRW* recentTo, RunReports& reports, const StopToken& stop,
-                      const FolderGuard& guard);
+                      const FolderGuard& guard, const StopToken& eraseStop = StopToken());
 
 }  // namespace lumenor

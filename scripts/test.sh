@@ -3,7 +3,9 @@
 # the 64-bit and 32-bit programs, and runs every test under Wine and Xvfb, in a Wine
 # prefix under build/x86_64/ whose Linux-root drive (z:) is removed before any test runs.
 # The package tests build the setup and the zips first (scripts/package.sh, as the
-# CTest fixture package_build) and install the setup in that prefix.
+# CTest fixture package_build) and install the setup in that prefix. Then the parsers
+# are fuzzed natively (scripts/fuzz.sh): every corpus replayed, every harness fuzzed for
+# LUMENOR_FUZZ_SECONDS (30 unless told; 0 replays only).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 
@@ -14,3 +16,5 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root/build/x86_64"
 xvfb-run -a -s "-screen 0 1280x1024x24" \
   ctest --output-on-failure --no-tests=error --timeout 600 "$@"
+
+"$root/scripts/fuzz.sh" --all "${LUMENOR_FUZZ_SECONDS:-30}"

@@ -1,6 +1,7 @@
 #include "shred/DlgShred.h"
 
 #include "base/ResourceString.h"
+#include "base/Texts.h"
 #include "controls/Paint.h"
 #include "engine/SystemPaths.h"
 #include "res/artwork_ids.h"
@@ -8,7 +9,7 @@
 
 #include <commctrl.h>
 
-#include <cwchar>
+#include <memory>
 #include <utility>
 
 namespace lumenor {
@@ -22,22 +23,7 @@ constexpr int kMethodIds[3] = {IDC_SHRED_QUICK, IDC_SHRED_SAFE, IDC_SHRED_THOROU
 // With the three method buttons, what the running job disables.
 constexpr int kListButtons[4] = {IDC_SHRED_ADD_FILE, IDC_SHRED_ADD_FOLDER, IDC_SHRED_CANCEL_FILE, IDC_SHRED_CANCEL_ALL};
 
-// `text` with "%1", "%2" replaced by the arguments.
-std::wstring Filled(std::wstring text, const std::wstring& first, const std::wstring& second = L"") {
-  for (const auto& [mark, value] : {std::pair{L"%1", &first}, std::pair{L"%2", &second}}) {
-    const size_t at = text.find(mark);
-    if (at != std::wstring::npos) {
-      text.replace(at, 2, *value);
-    }
-  }
-  return text;
-}
-
-std::wstring Megabytes(uint64_t bytes) {
-  wchar_t text[32] = {};
-  (void)std::swprintf(text, std::size(text), L"%.1f", static_cast<double>(bytes) / (1024.0 * 1024.0));
-  return text;
-}
+constexpr int kSizeDecimals = 1;  // "2.0 MB"
 
 // Refusals the user is told of: those made for the user's safety. Files that cannot be
 // opened for writing are left out silently, as they always were.
@@ -77,14 +63,6 @@ CDlgShred::CDlgShred() : CDialog(IDD_SHRED) {
   };
 }
 
-CDlgShred::~CDlgShred() {
-  if (stop_) {
-    stop_->Request();
-  }
-  tasks_.Unbind();
-  Join();
-}
-
 void CDlgShred::SetMessageBoxes(Ask ask, Tell tell) {
   ask_ = std::move(ask);
   tell_ = std::move(tell);
@@ -120,7 +98,7 @@ ShredMethod CDlgShred::Method() const {
 
 bool CDlgShred::AddPath(const std::wstring& fullPath) {
   const size_t before = listed_.Targets().size();
-  if (running_) {
+  if (Running()) {
     return false;
   }
   Refusal refusal;
@@ -133,7 +111,7 @@ bool CDlgShred::AddPath(const std::wstring& fullPath) {
 }
 
 void CDlgShred::AddFiles(const std::vector<std::wstring>& paths) {
-  if (running_) {
+  if (Running()) {
     return;
   }
   const size_t before = listed_.Targets().size();
@@ -148,27 +126,51 @@ void CDlgShred::AddFiles(const std::vector<std::wstring>& paths) {
   TellRefusals(IDS_SHRED_NOT_LISTED, told);
 }
 
-void CDlgShred::AddFolder(const std::wstring& folder) {
-  if (running_) {
-    return;
+bool CDlgShred::AddFolder(const std::wstring& folder) {
+  if (Running()) {
+    return false;
   }
   const FolderGuard guard(MachinePaths());
-  FolderGuard::Check check;
-  const std::optional<SafeFolder> admitted = guard.Admit(folder, &check);
-  if (!admitted) {
+  FolderGuard::Check check = guard.Inspect(folder);
+  if (!check.admitted) {
     const std::wstring shown = check.folder.empty() ? folder : check.folder;
-    tell_(
-        check.verdict == FolderVerdict::kProtectedFolder
-            ? Filled(LoadResourceString(IDS_SHRED_PROTECTED_FOLDER), shown)
-            : Filled(LoadResourceString(IDS_SHRED_FOLDER_REFUSED), shown, std::wstring(VerdictReason(check.verdict))));
+    tell_(check.verdict == FolderVerdict::kProtectedFolder
+              ? FillIn(LoadResourceString(IDS_SHRED_PROTECTED_FOLDER), {shown})
+              : FillIn(LoadResourceString(IDS_SHRED_FOLDER_REFUSED), {shown, VerdictReason(check.verdict)}));
+    return false;
+  }
+  // A big tree takes its time: it is walked on the worker, and Stop ends the walk.
+  walkRefusals_.clear();
+  ShowRunning(true);
+  return worker_.Start(
+      [this, top = std::move(*check.admitted)](const StopToken& stop) {
+        WalkFolderToShred(
+            top, stop, [this](ShredTarget&& target) { walked_.Add(std::move(target)); },
+            [this](const Refusal& refusal) {
+              if (IsToldOnAdding(refusal.failure)) walkRefusals_.push_back(refusal);
+            });
+        walked_.HandOver();
+      },
+      [this](controls::RunEnd run) { WalkEnded(run); });
+}
+
+void CDlgShred::ListWalked(std::vector<ShredTarget> found) {
+  const size_t before = listed_.Targets().size();
+  for (ShredTarget& target : found) {
+    (void)listed_.AddChecked(std::move(target));  // a file listed already stays one row
+  }
+  AppendListed(before);
+}
+
+void CDlgShred::WalkEnded(controls::RunEnd run) {
+  walked_.TakeAll();  // every file the walk found is listed before the page is free again
+  ShowRunning(false);
+  if (run == controls::RunEnd::kNotStarted) {
+    tell_(LoadResourceString(IDS_TASK_NOT_STARTED));
     return;
   }
-  const size_t before = listed_.Targets().size();
   std::vector<Refusal> told;
-  (void)listed_.AddFolder(*admitted, [&told](const Refusal& refusal) {
-    if (IsToldOnAdding(refusal.failure)) told.push_back(refusal);
-  });
-  AppendListed(before);
+  told.swap(walkRefusals_);
   TellRefusals(IDS_SHRED_NOT_LISTED, told);
 }
 
@@ -177,7 +179,9 @@ void CDlgShred::AppendListed(size_t from) {
   std::vector<controls::ListRow> rows;
   rows.reserve(targets.size() - from);
   for (size_t index = from; index < targets.size(); ++index) {
-    rows.push_back({{targets[index].name, targets[index].folder, std::to_wstring(targets[index].size)}, 0});
+    rows.push_back({{std::wstring(targets[index].Name()), std::wstring(targets[index].Folder()),
+                     std::to_wstring(targets[index].size)},
+                    0});
   }
   (void)list_.AppendRows(std::move(rows));  // the rows are the store; a failed repaint shows them later
 }
@@ -224,10 +228,8 @@ void CDlgShred::CancelAll() {
 }
 
 void CDlgShred::PressShred() {
-  if (running_) {
-    if (stop_) {
-      stop_->Request();
-    }
+  if (Running()) {
+    worker_.RequestStop();
     return;
   }
   if (listed_.Empty()) {
@@ -235,41 +237,30 @@ void CDlgShred::PressShred() {
   }
   uint64_t bytes = 0;
   for (const ShredTarget& target : listed_.Targets()) bytes += target.size;
-  if (!ask_(
-          Filled(LoadResourceString(IDS_SHRED_CONFIRM), std::to_wstring(listed_.Targets().size()), Megabytes(bytes)))) {
+  if (!ask_(FillIn(LoadResourceString(IDS_SHRED_CONFIRM),
+                   {std::to_wstring(listed_.Targets().size()), MegabytesText(bytes, kSizeDecimals)}))) {
     return;
   }
   StartJob();
 }
 
 void CDlgShred::StartJob() {
-  Join();                                  // the last job's thread has ended; its end was handled
-  stop_ = std::make_shared<StopSignal>();  // a fresh one for each job
   range_.store(0);
   position_.store(0);
   rowsRemoved_ = 0;
   problems_.clear();
   ShowRunning(true);
-  std::vector<ShredTarget> targets = listed_.Targets();
   const ShredMethod method = Method();
-  try {
-    worker_ = std::thread([this, stop = stop_, targets = std::move(targets), method] {
-      ShredJobEnd end = ShredJobEnd::kEndedEarly;
-      try {
+  auto end = std::make_shared<ShredJobEnd>(ShredJobEnd::kEndedEarly);
+  (void)worker_.Start(
+      [this, end, targets = listed_.Targets(), method](const StopToken& stop) {
         WorkerReports reports(*this);
-        end = RunShredJob(targets, method, reports, StopToken(stop.get()));
-      } catch (...) {
-        // Out of memory for a report: the rows left show what was not done.
-      }
-      (void)tasks_.Post([this, end] { JobEnded(end); });  // dropped only when the page goes
-    });
-  } catch (...) {
-    ShowRunning(false);  // no thread could be made: nothing was touched
-  }
+        *end = RunShredJob(targets, method, reports, stop);  // out of memory for a report: ended early
+      },
+      [this, end](controls::RunEnd run) { JobEnded(run, *end); });
 }
 
 void CDlgShred::ShowRunning(bool running) {
-  running_ = running;
   for (const int id : kMethodIds) CWindow(Item(id)).Enable(!running);
   for (const int id : kListButtons) CWindow(Item(id)).Enable(!running);
   if (running) {
@@ -320,20 +311,17 @@ void CDlgShred::FileProblem(size_t index, ShredFailure failure, const std::wstri
   }
 }
 
-void CDlgShred::JobEnded(ShredJobEnd end) {
-  Join();
+void CDlgShred::JobEnded(controls::RunEnd run, ShredJobEnd end) {
   ShowRunning(false);
+  if (run == controls::RunEnd::kNotStarted) {
+    tell_(LoadResourceString(IDS_TASK_NOT_STARTED));  // nothing was touched; the rows stay
+    return;
+  }
   if (end == ShredJobEnd::kNoMemory) {
     tell_(LoadResourceString(IDS_SHRED_NO_MEMORY));
   }
   TellRefusals(IDS_SHRED_NOT_SHREDDED, problems_);
   problems_.clear();
-}
-
-void CDlgShred::Join() {
-  if (worker_.joinable()) {
-    worker_.join();  // the job never waits for a window, so this ends
-  }
 }
 
 bool CDlgShred::OnTimer(UINT_PTR id) {
@@ -354,14 +342,14 @@ bool CDlgShred::OnCommand(int id, int code, HWND control) {
       return true;
     case IDC_SHRED_ADD_FOLDER:
       if (const auto folder = folderPicker_.Pick(window_, LoadResourceString(IDS_SHRED_CHOOSE_FOLDER))) {
-        AddFolder(*folder);
+        (void)AddFolder(*folder);  // a refusal or a walk that could not start has been told
       }
       return true;
     case IDC_SHRED_CANCEL_FILE:
-      if (!running_) CancelSelected();
+      if (!Running()) CancelSelected();
       return true;
     case IDC_SHRED_CANCEL_ALL:
-      if (!running_) CancelAll();
+      if (!Running()) CancelAll();
       return true;
     case IDC_SHRED_SHRED:
       PressShred();

@@ -1,7 +1,6 @@
 #include "shred/Pickers.h"
 
 #include <commdlg.h>
-#include <shlobj.h>
 
 #include <string_view>
 
@@ -55,40 +54,6 @@ std::vector<std::wstring> PickFiles(HWND owner) {
     return {};
   }
   return ChosenPaths(buffer.data(), buffer.size());
-}
-
-int CALLBACK FolderPicker::Callback(HWND browser, UINT message, LPARAM lParam, LPARAM self) {
-  auto* picker = reinterpret_cast<FolderPicker*>(self);
-  if (message == BFFM_INITIALIZED && !picker->lastHighlighted_.empty()) {
-    (void)SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(picker->lastHighlighted_.c_str()));
-  } else if (message == BFFM_SELCHANGED) {
-    wchar_t path[MAX_PATH] = {};
-    if (SHGetPathFromIDListW(reinterpret_cast<PCIDLIST_ABSOLUTE>(lParam), path) != FALSE) {
-      picker->lastHighlighted_ = path;
-    }
-  }
-  return 0;
-}
-
-std::optional<std::wstring> FolderPicker::Pick(HWND owner, const std::wstring& title) {
-  BROWSEINFOW browse{};
-  browse.hwndOwner = owner;
-  browse.lpszTitle = title.c_str();
-  browse.ulFlags = BIF_RETURNONLYFSDIRS | BIF_STATUSTEXT;
-  browse.lpfn = Callback;
-  browse.lParam = reinterpret_cast<LPARAM>(this);
-  PIDLIST_ABSOLUTE chosen = SHBrowseForFolderW(&browse);
-  if (chosen == nullptr) {
-    return std::nullopt;
-  }
-  // MAX_PATH is the most SHGetPathFromIDListW ever writes; a longer folder fails whole.
-  wchar_t path[MAX_PATH] = {};
-  const bool named = SHGetPathFromIDListW(chosen, path) != FALSE;
-  CoTaskMemFree(chosen);
-  if (!named) {
-    return std::nullopt;
-  }
-  return std::wstring(path);
 }
 
 }  // namespace lumenor

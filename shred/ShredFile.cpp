@@ -1,5 +1,6 @@
 #include "shred/ShredFile.h"
 
+#include "base/Texts.h"
 #include "engine/FilePath.h"
 #include "shred/PatternBuffers.h"
 
@@ -13,8 +14,6 @@ namespace lumenor {
 
 namespace {
 
-bool IsFolder(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
-
 ShredFailure OpenFailure(DWORD error) {
   return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ? ShredFailure::kMissing
                                                                         : ShredFailure::kCannotOpen;
@@ -23,46 +22,18 @@ ShredFailure OpenFailure(DWORD error) {
 // Renames that may meet an existing name are tried again with another one.
 constexpr int kRenameAttempts = 8;
 
-bool SameText(std::wstring_view a, std::wstring_view b) {
-  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()), TRUE) ==
-         CSTR_EQUAL;
-}
-
-using Identity = std::pair<DWORD, uint64_t>;
-
-// The identity on its volume of what `handle` has open.
-std::optional<Identity> IdentityOf(HANDLE handle) {
-  BY_HANDLE_FILE_INFORMATION information{};
-  if (GetFileInformationByHandle(handle, &information) == FALSE) {
-    return std::nullopt;
-  }
-  return Identity{information.dwVolumeSerialNumber,
-                  (static_cast<uint64_t>(information.nFileIndexHigh) << 32) | information.nFileIndexLow};
-}
-
-// The identity of a folder or file; nothing when it cannot be opened.
-std::optional<Identity> FolderIdentity(const std::wstring& folder) {
-  const UniqueHandle handle(CreateFileW(ForFileApi(folder).c_str(), FILE_READ_ATTRIBUTES,
-                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  if (!handle) {
-    return std::nullopt;
-  }
-  return IdentityOf(handle.Get());
-}
-
 std::wstring_view WithoutTrailingDotsAndBlanks(std::wstring_view name) {
   while (!name.empty() && (name.back() == L'.' || name.back() == L' ')) name.remove_suffix(1);
   return name;
 }
 
-// Whether the open `file` is the entry `name` of `folder` itself rather than what a link
-// of that name leads to: its final path must end in the entry's own long name, in the
-// same folder (by identity, so that short names and folder links above do not count).
-bool IsFileOfThatName(HANDLE file, const std::wstring& folder, const std::wstring& name) {
+// Whether the open `handle` is the entry `file` itself rather than what a link of that
+// name leads to: its final path must end in the entry's own long name, in the same
+// folder (by identity, so that short names and folder links above do not count).
+bool IsFileOfThatName(HANDLE handle, const SafePath& file) {
   std::wstring finalPath(MAX_PATH, L'\0');
   for (;;) {
-    const DWORD length = GetFinalPathNameByHandleW(file, finalPath.data(), static_cast<DWORD>(finalPath.size()),
+    const DWORD length = GetFinalPathNameByHandleW(handle, finalPath.data(), static_cast<DWORD>(finalPath.size()),
                                                    FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
     if (length == 0) {
       return true;  // not told on this file system; the reparse attribute has been checked
@@ -79,12 +50,13 @@ bool IsFileOfThatName(HANDLE file, const std::wstring& folder, const std::wstrin
   }
   WIN32_FIND_DATAW entry{};
   const HANDLE search =
-      FindFirstFileExW(ForFileApi(folder + name).c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr, 0);
+      FindFirstFileExW(file.ForApi().c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr, 0);
   if (search == INVALID_HANDLE_VALUE) {
     return false;
   }
   (void)FindClose(search);  // closing our own search cannot usefully fail
   const std::wstring_view finalName = std::wstring_view(finalPath).substr(slash + 1);
+  const std::wstring_view folderForApi = file.FolderForApi();
   if (!SameText(finalName, entry.cFileName)) {
     // Some systems (Wine) drop a trailing dot or blank from the final path, so "a." shows
     // as "a". That is the file itself unless it is the very file "a" is.
@@ -92,8 +64,8 @@ bool IsFileOfThatName(HANDLE file, const std::wstring& folder, const std::wstrin
     if (trimmed.size() == std::wcslen(entry.cFileName) || !SameText(finalName, trimmed)) {
       return false;
     }
-    const auto handleIdentity = IdentityOf(file);
-    const auto twinIdentity = FolderIdentity(folder + std::wstring(trimmed));
+    const auto handleIdentity = IdentityOfHandle(handle);
+    const auto twinIdentity = IdentityOfPath(std::wstring(folderForApi) + std::wstring(trimmed));
     if (!handleIdentity || (twinIdentity && twinIdentity == handleIdentity)) {
       return false;
     }
@@ -104,18 +76,18 @@ bool IsFileOfThatName(HANDLE file, const std::wstring& folder, const std::wstrin
   } else if (finalFolder.starts_with(L"\\\\?\\")) {
     finalFolder = finalFolder.substr(4);
   }
-  if (SameText(finalFolder, folder)) {
+  if (SameText(finalFolder, file.Folder())) {
     return true;
   }
-  const auto finalIdentity = FolderIdentity(finalFolder);
-  return finalIdentity && finalIdentity == FolderIdentity(folder);
+  const auto finalIdentity = IdentityOfPath(finalFolder);
+  return finalIdentity && finalIdentity == IdentityOfPath(folderForApi);
 }
 
 }  // namespace
 
-OpenedForOverwrite OpenForOverwrite(const std::wstring& folder, const std::wstring& name) {
+OpenedForOverwrite OpenForOverwrite(const SafePath& file) {
   OpenedForOverwrite opened;
-  const std::wstring apiPath = ForFileApi(folder + name);
+  const std::wstring& apiPath = file.ForApi();
   // The name's own attributes first: a link is refused before anything opens it.
   const DWORD attributes = GetFileAttributesW(apiPath.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) {
@@ -147,7 +119,7 @@ OpenedForOverwrite OpenForOverwrite(const std::wstring& folder, const std::wstri
   BY_HANDLE_FILE_INFORMATION information{};
   if (GetFileInformationByHandle(opened.file.Get(), &information) == FALSE) {
     opened.failure = ShredFailure::kCannotOpen;
-  } else if (IsReparsePoint(information.dwFileAttributes) || !IsFileOfThatName(opened.file.Get(), folder, name)) {
+  } else if (IsReparsePoint(information.dwFileAttributes) || !IsFileOfThatName(opened.file.Get(), file)) {
     opened.failure = ShredFailure::kLink;
   } else if (IsFolder(information.dwFileAttributes)) {
     opened.failure = ShredFailure::kNotAFile;
@@ -196,13 +168,16 @@ std::wstring RandomNameLike(std::wstring_view name) {
   return random;
 }
 
-Deletion DeleteUnderRandomName(const std::wstring& folder, const std::wstring& name) {
+Deletion DeleteUnderRandomName(const SafePath& file) {
   Deletion deletion;
-  deletion.path = folder + name;
+  deletion.path = file.Text();
+  std::wstring apiPath = file.ForApi();
   for (int attempt = 0; attempt < kRenameAttempts; ++attempt) {
-    const std::wstring renamed = folder + RandomNameLike(name);
-    if (MoveFileExW(ForFileApi(deletion.path).c_str(), ForFileApi(renamed).c_str(), 0) != FALSE) {
-      deletion.path = renamed;
+    const std::wstring randomName = RandomNameLike(file.Name());
+    std::wstring renamedForApi = std::wstring(file.FolderForApi()) + randomName;
+    if (MoveFileExW(apiPath.c_str(), renamedForApi.c_str(), 0) != FALSE) {
+      deletion.path = std::wstring(file.Folder()) + randomName;
+      apiPath = std::move(renamedForApi);
       break;
     }
     const DWORD error = GetLastError();
@@ -210,7 +185,7 @@ Deletion DeleteUnderRandomName(const std::wstring& folder, const std::wstring& n
       break;  // the name stays; the data is overwritten all the same
     }
   }
-  deletion.deleted = DeleteFileW(ForFileApi(deletion.path).c_str()) != FALSE;
+  deletion.deleted = DeleteFileW(apiPath.c_str()) != FALSE;
   return deletion;
 }
 

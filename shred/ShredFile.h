@@ -4,8 +4,9 @@
 // name so that its own name leaves no trace in the folder.
 #pragma once
 
+#include "base/StopToken.h"
 #include "base/UniqueHandle.h"
-#include "engine/StopToken.h"
+#include "engine/FolderSafety.h"
 #include "shred/ShredFailure.h"
 
 #include <windows.h>
@@ -23,11 +24,10 @@ struct OpenedForOverwrite {
   ShredFailure failure = ShredFailure::kNone;
 };
 
-// Opens the file `folder` + `name` (a whole path, any length) for writing, or says why
-// not. The handle is checked to be the file of that very name: on Windows a link shows
-// by its attribute; where the system shows a file link as a plain file (Wine does), the
-// handle's final path gives it away.
-OpenedForOverwrite OpenForOverwrite(const std::wstring& folder, const std::wstring& name);
+// Opens `file` (any length) for writing, or says why not. The handle is checked to be the
+// file of that very name: on Windows a link shows by its attribute; where the system shows
+// a file link as a plain file (Wine does), the handle's final path gives it away.
+OpenedForOverwrite OpenForOverwrite(const SafePath& file);
 
 // Writes `pattern` over the whole file from its start in chunks of at most 64 KiB,
 // testing `stop` before each chunk, then flushes it to the disk. `chunkWritten` hears of
@@ -43,8 +43,8 @@ struct Deletion {
   std::wstring path;  // where the file is now when it could not be deleted
 };
 
-// Renames the closed file `folder` + `name` to a random name of the same length in the
-// same folder, then deletes it. A failed rename does not stop the deletion.
-Deletion DeleteUnderRandomName(const std::wstring& folder, const std::wstring& name);
+// Renames the closed `file` to a random name of the same length in the same folder, then
+// deletes it. A failed rename does not stop the deletion.
+Deletion DeleteUnderRandomName(const SafePath& file);
 
 }  // namespace lumenor

@@ -1,6 +1,5 @@
 #include "shred/ShredJob.h"
 
-#include "engine/FilePath.h"
 #include "shred/PatternBuffers.h"
 #include "shred/ShredFile.h"
 
@@ -13,7 +12,7 @@ namespace {
 // The size the file has now, for the progress range; what cannot be asked counts 0.
 uint64_t CurrentSize(const ShredTarget& target) {
   WIN32_FILE_ATTRIBUTE_DATA data{};
-  if (GetFileAttributesExW(ForFileApi(target.Path()).c_str(), GetFileExInfoStandard, &data) == FALSE) {
+  if (GetFileAttributesExW(target.file.ForApi().c_str(), GetFileExInfoStandard, &data) == FALSE) {
     return 0;
   }
   return (static_cast<uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
@@ -54,7 +53,7 @@ class Job {
       ++passesDone;
       reports_.PassFinished(index, passesDone);
     }
-    const Deletion deletion = DeleteUnderRandomName(target.folder, target.name);
+    const Deletion deletion = DeleteUnderRandomName(target.file);
     if (deletion.deleted) {
       reports_.FileShredded(index, passesDone);
     } else {
@@ -67,7 +66,7 @@ class Job {
   // One pass opens the file anew and closes it on every way out, so that between passes
   // the file is on the disk and checked again before it is written.
   ShredFailure Pass(const ShredTarget& target, ShredPattern pattern) {
-    const OpenedForOverwrite opened = OpenForOverwrite(target.folder, target.name);
+    const OpenedForOverwrite opened = OpenForOverwrite(target.file);
     if (opened.failure != ShredFailure::kNone) {
       return opened.failure;
     }

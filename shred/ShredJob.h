@@ -3,7 +3,8 @@
 // lumenor-cli runs it directly, the tests run it with a pass hook.
 #pragma once
 
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
+#include "engine/FolderSafety.h"
 #include "shred/ShredFailure.h"
 #include "shred/ShredMethod.h"
 
@@ -14,11 +15,12 @@
 namespace lumenor {
 
 struct ShredTarget {
-  std::wstring folder;  // ending with "\"
-  std::wstring name;
+  SafePath file;      // as listed: both its forms made once
   uint64_t size = 0;  // when it was listed
 
-  std::wstring Path() const { return folder + name; }
+  const std::wstring& Path() const { return file.Text(); }
+  std::wstring_view Folder() const { return file.Folder(); }
+  std::wstring_view Name() const { return file.Name(); }
 };
 
 // What a job tells, each from the job's thread, in this order for every file: passes,

@@ -1,7 +1,9 @@
 #include "shred/ShredList.h"
 
 #include "engine/FilePath.h"
+#include "engine/FolderWalk.h"
 #include "shred/ShredFile.h"
+#include "shred/ShredPath.h"
 
 #include <windows.h>
 
@@ -24,80 +26,48 @@ std::wstring CaseFreeKey(const std::wstring& path) {
   return key;
 }
 
-bool IsDotEntry(const wchar_t* name) {
-  return name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'));
-}
-
-// The folders still being searched, deepest last.
-class Walk {
- public:
-  Walk() = default;
-  Walk(const Walk&) = delete;
-  Walk& operator=(const Walk&) = delete;
-  ~Walk() {
-    while (!folders_.empty()) {
-      Pop();
-    }
-  }
-
-  bool Push(std::wstring folder) {
-    OpenSearch opened{INVALID_HANDLE_VALUE, std::move(folder), {}};
-    opened.search = FindFirstFileExW(ForFileApi(opened.path + L"*").c_str(), FindExInfoBasic, &opened.entry,
-                                     FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
-    if (opened.search == INVALID_HANDLE_VALUE) {
-      return false;
-    }
-    folders_.push_back(std::move(opened));
-    return true;
-  }
-  bool Empty() const { return folders_.empty(); }
-  const std::wstring& FolderPath() const { return folders_.back().path; }
-  const WIN32_FIND_DATAW& Entry() const { return folders_.back().entry; }
-  // To the next entry, leaving the folders that have none.
-  void Next() {
-    while (!folders_.empty() && FindNextFileW(folders_.back().search, &folders_.back().entry) == FALSE) {
-      Pop();
-    }
-  }
-
- private:
-  struct OpenSearch {
-    HANDLE search;
-    std::wstring path;
-    WIN32_FIND_DATAW entry;
-  };
-  void Pop() {
-    (void)FindClose(folders_.back().search);  // closing our own search cannot usefully fail
-    folders_.pop_back();
-  }
-  std::vector<OpenSearch> folders_;
-};
-
 }  // namespace
 
 std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath, ShredFailure* failure) {
-  const auto refuse = [&](ShredFailure why) -> std::optional<ShredTarget> {
-    if (failure != nullptr) *failure = why;
-    return std::nullopt;
-  };
-  const size_t slash = fullPath.find_last_of(L'\\');
-  if (slash == std::wstring_view::npos || slash + 1 == fullPath.size()) {
-    return refuse(ShredFailure::kBadPath);
-  }
-  const std::wstring_view name = fullPath.substr(slash + 1);
-  if (name == L"." || name == L".." || name.find_first_of(L"/:*?\"<>|") != std::wstring_view::npos) {
-    return refuse(ShredFailure::kBadPath);
-  }
-  std::optional<std::wstring> folder = CanonicalFolder(fullPath.substr(0, slash + 1));
+  const std::optional<FileInFolder> split = SplitFilePathText(fullPath, failure);
+  if (!split) return std::nullopt;
+  // The folder is canonical already: reading it again gives it its form for the file API.
+  const std::optional<SafePath> folder = ReadFolderPath(split->folder);
   if (!folder) {
-    return refuse(ShredFailure::kBadPath);
+    if (failure != nullptr) *failure = ShredFailure::kBadPath;
+    return std::nullopt;
   }
-  // Every file is opened by its "\\?\" name; a typed name that the plain form reads
-  // otherwise ("a." as "a", "NUL" as the device) would shred a file nobody chose.
-  if (!IsUnambiguousFileName(name)) {
-    return refuse(ShredFailure::kAmbiguousName);
+  return ShredTarget{folder->Entry(split->name), 0};
+}
+
+std::optional<ShredTarget> SplitFilePath(const SafePath& file, ShredFailure* failure) {
+  if (file.Name().empty() || !IsUnambiguousFileName(file.Name())) {
+    if (failure != nullptr) *failure = file.Name().empty() ? ShredFailure::kBadPath : ShredFailure::kAmbiguousName;
+    return std::nullopt;
   }
-  return ShredTarget{std::move(*folder), std::wstring(name), 0};
+  return ShredTarget{file, 0};
+}
+
+void WalkFolderToShred(const SafeFolder& folder, const StopToken& stop,
+                       const std::function<void(ShredTarget&& target)>& found, const ShredRefused& refused) {
+  WalkFolder(folder.Where(), L"*", stop, [&](const WalkEntry& entry) {
+    if (entry.IsLink()) {
+      refused(Refusal{entry.Path(), ShredFailure::kLink, entry.IsFolder()});
+      return false;
+    }
+    if (entry.IsFolder()) {
+      return true;
+    }
+    ShredTarget target{entry.Where(), 0};
+    const OpenedForOverwrite opened = OpenForOverwrite(target.file);
+    if (opened.failure != ShredFailure::kNone) {
+      refused(Refusal{target.Path(), opened.failure});
+      return false;
+    }
+    target.size = opened.size;
+    found(std::move(target));
+    return false;
+  });
 }
 
 AddResult ShredList::AddFile(std::wstring_view fullPath, Refusal* refusal) {
@@ -112,54 +82,50 @@ AddResult ShredList::AddFile(std::wstring_view fullPath, Refusal* refusal) {
   return Add(std::move(*target), refusal);
 }
 
+AddResult ShredList::AddFile(const SafePath& file, Refusal* refusal) {
+  ShredFailure failure = ShredFailure::kNone;
+  std::optional<ShredTarget> target = SplitFilePath(file, &failure);
+  if (!target) {
+    if (refusal != nullptr) {
+      *refusal = Refusal{file.Text(), failure};
+    }
+    return AddResult::kRefused;
+  }
+  return Add(std::move(*target), refusal);
+}
+
 AddResult ShredList::Add(ShredTarget target, Refusal* refusal) {
-  const std::wstring path = target.Path();
-  std::wstring key = CaseFreeKey(path);
-  if (keys_.contains(key)) {
+  if (keys_.contains(CaseFreeKey(target.Path()))) {
     return AddResult::kAlreadyListed;
   }
-  const OpenedForOverwrite opened = OpenForOverwrite(target.folder, target.name);
+  const OpenedForOverwrite opened = OpenForOverwrite(target.file);
   if (opened.failure != ShredFailure::kNone) {
     if (refusal != nullptr) {
-      *refusal = Refusal{path, opened.failure};
+      *refusal = Refusal{target.Path(), opened.failure};
     }
     return AddResult::kRefused;
   }
   target.size = opened.size;
-  keys_.insert(std::move(key));
+  return AddChecked(std::move(target));
+}
+
+AddResult ShredList::AddChecked(ShredTarget target) {
+  std::wstring key = CaseFreeKey(target.Path());
+  if (!keys_.insert(std::move(key)).second) {
+    return AddResult::kAlreadyListed;
+  }
   targets_.push_back(std::move(target));
   return AddResult::kAdded;
 }
 
-size_t ShredList::AddFolder(const SafeFolder& folder, const std::function<void(const Refusal&)>& refused) {
+size_t ShredList::AddFolder(const SafeFolder& folder, const ShredRefused& refused) {
   size_t added = 0;
-  Walk walk;
-  if (!walk.Push(folder.Path())) {
-    return 0;
-  }
-  while (!walk.Empty()) {
-    const WIN32_FIND_DATAW& entry = walk.Entry();
-    const std::wstring path = walk.FolderPath() + entry.cFileName;
-    const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    if (IsDotEntry(entry.cFileName)) {
-      // neither a file nor a folder of its own
-    } else if (IsReparsePoint(entry.dwFileAttributes)) {
-      refused(Refusal{path, ShredFailure::kLink});
-    } else if (isFolder) {
-      if (walk.Push(path + L"\\")) {
-        continue;  // its first entry is next; this folder goes on after it
-      }
-    } else {
-      Refusal refusal;
-      const AddResult result = Add(ShredTarget{walk.FolderPath(), entry.cFileName, 0}, &refusal);
-      if (result == AddResult::kAdded) {
-        ++added;
-      } else if (result == AddResult::kRefused) {
-        refused(refusal);
-      }
-    }
-    walk.Next();
-  }
+  WalkFolderToShred(
+      folder, StopToken(),
+      [&](ShredTarget&& target) {
+        if (AddChecked(std::move(target)) == AddResult::kAdded) ++added;
+      },
+      refused);
   return added;
 }
 

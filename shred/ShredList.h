@@ -3,9 +3,11 @@
 // backslash, and only files that a shred could overwrite without reaching anything else.
 #pragma once
 
+#include "base/StopToken.h"
 #include "engine/FolderSafety.h"
 #include "shred/ShredFailure.h"
 #include "shred/ShredJob.h"
+#include "shred/ShredPath.h"
 
 #include <functional>
 #include <optional>
@@ -21,6 +23,9 @@ namespace lumenor {
 // name, or one the folder rules cannot read (`failure`: kBadPath), nor for a name that
 // Windows would read as another file or a device (kAmbiguousName).
 std::optional<ShredTarget> SplitFilePath(std::wstring_view fullPath, ShredFailure* failure = nullptr);
+// The same for a path the folder rules have read already (as an entry, without a final
+// backslash): only its name is checked.
+std::optional<ShredTarget> SplitFilePath(const SafePath& file, ShredFailure* failure = nullptr);
 
 enum class AddResult { kAdded, kAlreadyListed, kRefused };
 
@@ -28,17 +33,30 @@ enum class AddResult { kAdded, kAlreadyListed, kRefused };
 struct Refusal {
   std::wstring path;
   ShredFailure failure = ShredFailure::kNone;
+  bool folderLink = false;  // a link to a folder, passed over in a folder walk: no file at all
 };
+
+using ShredRefused = std::function<void(const Refusal& refusal)>;
+
+// Every file below `folder` that a shred could overwrite, checked as ShredList::AddFile
+// checks one, handed to `found` with its size. Links, to files or folders, are never
+// entered and are refused; so are files that cannot be overwritten safely. Folders are
+// told from files by their attributes. Ends early on a stop.
+void WalkFolderToShred(const SafeFolder& folder, const StopToken& stop,
+                       const std::function<void(ShredTarget&& target)>& found, const ShredRefused& refused);
 
 class ShredList {
  public:
   // Lists one file when it can be opened for writing, is no link and has no other hard
   // links; `refusal` says why not.
   AddResult AddFile(std::wstring_view fullPath, Refusal* refusal = nullptr);
+  AddResult AddFile(const SafePath& file, Refusal* refusal = nullptr);
+  // Lists a file that has been checked already (by a walk); kAlreadyListed when it is.
+  AddResult AddChecked(ShredTarget target);
 
-  // Lists every file below `folder`. Links, to files or folders, are never entered and
-  // are refused; so are files that AddFile refuses. Returns how many files were added.
-  size_t AddFolder(const SafeFolder& folder, const std::function<void(const Refusal&)>& refused);
+  // Lists every file below `folder`, as WalkFolderToShred finds them (a folder link
+  // refused and marked as such). Returns how many files were added.
+  size_t AddFolder(const SafeFolder& folder, const ShredRefused& refused);
 
   const std::vector<ShredTarget>& Targets() const { return targets_; }
   bool Empty() const { return targets_.empty(); }

@@ -2,12 +2,12 @@
 
 #include "base/ModulePath.h"
 #include "base/TextEncoding.h"
+#include "base/Texts.h"
 #include "base/UniqueHandle.h"
 
 #include <array>
 #include <chrono>
 #include <condition_variable>
-#include <cwctype>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -26,7 +26,6 @@ constexpr DWORD kUrlBuffer = 1024;
 constexpr DWORD kBlock = 4096;
 // A description file is a few lines; anything much larger is not one.
 constexpr size_t kMaxDescription = 64 * 1024;
-constexpr int kMalformed = -21;
 
 class InternetHandle {
  public:
@@ -42,51 +41,7 @@ class InternetHandle {
   HINTERNET handle_;
 };
 
-// Up to four parts into `places`; false when a part is empty or holds anything but digits.
-bool ReadVersion(std::wstring_view text, std::array<unsigned long long, 4>& places) {
-  places.fill(0);
-  size_t place = 0;
-  size_t start = 0;
-  for (;;) {
-    const size_t dot = text.find(L'.', start);
-    const std::wstring_view part = text.substr(start, dot == std::wstring_view::npos ? dot : dot - start);
-    if (part.empty()) return false;
-    unsigned long long value = 0;
-    for (const wchar_t digit : part) {
-      if (digit < L'0' || digit > L'9') return false;
-      // A part too large for any version is as good as malformed.
-      if (value > 1000000000ULL) return false;
-      value = value * 10 + static_cast<unsigned>(digit - L'0');
-    }
-    if (place < places.size()) places[place++] = value;
-    if (dot == std::wstring_view::npos) return true;
-    start = dot + 1;
-  }
-}
-
-std::wstring_view Trimmed(std::wstring_view text) {
-  while (!text.empty() && std::iswspace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && std::iswspace(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-bool SameName(std::wstring_view a, std::wstring_view b) {
-  return a.size() == b.size() && ::CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
-                                                        static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
-}
-
 }  // namespace
-
-int CompareVersions(std::wstring_view a, std::wstring_view b) {
-  std::array<unsigned long long, 4> first{};
-  std::array<unsigned long long, 4> second{};
-  if (!ReadVersion(a, first) || !ReadVersion(b, second)) return kMalformed;
-  for (size_t place = 0; place < first.size(); ++place) {
-    if (first[place] > second[place]) return 1;
-    if (first[place] < second[place]) return -1;
-  }
-  return 0;
-}
 
 std::wstring LocalVersionText() {
   const std::wstring program = ModuleFileName();
@@ -110,28 +65,6 @@ std::wstring LocalVersionText() {
   }
   if (parts[0] != 0 || parts[1] != 0) return std::to_wstring(parts[0]) + L"." + std::to_wstring(parts[1]);
   return {};
-}
-
-std::wstring IniValue(std::string_view text, std::wstring_view section, std::wstring_view key,
-                      std::wstring_view fallback) {
-  if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);
-  const std::wstring wide = FromUtf8(text);
-  bool inSection = false;
-  size_t start = 0;
-  while (start <= wide.size()) {
-    const size_t end = wide.find(L'\n', start);
-    const std::wstring_view line = Trimmed(std::wstring_view(wide).substr(start, end - start));
-    start = end == std::wstring::npos ? wide.size() + 1 : end + 1;
-    if (line.size() >= 2 && line.front() == L'[' && line.back() == L']') {
-      inSection = SameName(Trimmed(line.substr(1, line.size() - 2)), section);
-      continue;
-    }
-    const size_t equals = line.find(L'=');
-    if (!inSection || equals == std::wstring_view::npos || !SameName(Trimmed(line.substr(0, equals)), key)) continue;
-    // Kept whole however long: a value cut down could read as another version.
-    return std::wstring(Trimmed(line.substr(equals + 1)));
-  }
-  return std::wstring(fallback);
 }
 
 CAutoUpdater::CAutoUpdater() : session_(::InternetOpenW(kAgent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0)) {

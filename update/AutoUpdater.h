@@ -3,6 +3,8 @@
 // Nothing here shows a window; the callers ask the question and show the messages.
 #pragma once
 
+#include "update/UpdateDescription.h"
+
 #include <windows.h>
 
 #include <wininet.h>
@@ -23,18 +25,9 @@ enum UpdateResult : int {
   kUpdateDeclined = 7,  // newer, and the user chose Cancel
 };
 
-// 1 when `a` is newer, -1 when `b` is, 0 when equal, -21 when either is malformed. Up
-// to four dotted decimal parts count; missing ones are zeros, further ones are ignored.
-int CompareVersions(std::wstring_view a, std::wstring_view b);
-
 // The running program's version from its version resource: "a.b.c.d", or "a.b" when the
 // last two parts are zero; empty when there is none.
 std::wstring LocalVersionText();
-
-// The value of `key` in `section` of an INI text (case does not count in names); the
-// default when either is missing.
-std::wstring IniValue(std::string_view text, std::wstring_view section, std::wstring_view key,
-                      std::wstring_view fallback);
 
 class CAutoUpdater {
  public:

@@ -5,7 +5,7 @@
 // directly, a page on a worker thread with a stop token.
 #pragma once
 
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 #include "settings/IniFileRW.h"
 
 #include <string>

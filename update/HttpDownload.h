@@ -6,7 +6,7 @@
 // within a tenth of a second once the caller asks to stop.
 #pragma once
 
-#include "engine/StopToken.h"
+#include "base/StopToken.h"
 
 #include <cstdint>
 #include <optional>

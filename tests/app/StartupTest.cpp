@@ -1,6 +1,6 @@
 // Start-up: the two command-line switches and the single running copy.
 #include "app/PcApp.h"
-#include "app/StartupState.h"
+#include "app/StartupSwitches.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "tests/support/ChildProcess.h"
@@ -47,28 +47,30 @@ TEST(CommandLineSwitches, BothSwitchesAreFoundIndependently) {
   EXPECT_EQ(inPath.shredPath, L"C:\\Old-Archive\\x.txt");
 }
 
-TEST(CommandLineSwitches, ParsingThisProcessSetsNothingWithoutSwitches) {
-  AutoStarted = 0;
-  ShredPathArgument.clear();
-  EXPECT_EQ(ParseCommandLine(), 0);
-  EXPECT_EQ(AutoStarted, 0);
-  EXPECT_TRUE(ShredPathArgument.empty());
+TEST(CommandLineSwitches, TheApplicationReadsThisProcessesLineWhichHoldsNoSwitches) {
+  CPcApp app;
+  EXPECT_EQ(app.ParseCommandLine(), 0);
+  EXPECT_FALSE(app.Switches().autoStarted);
+  EXPECT_FALSE(app.Switches().hasShredPath);
 }
 
 // The application object with its windowed steps recorded instead of shown.
 class RecordingApp : public CPcApp {
  public:
+  explicit RecordingApp(std::wstring commandLine = L"C:\\lumenor\\lumenor.exe") : CPcApp(std::move(commandLine)) {}
   int splashShown = 0;
   int splashClosed = 0;
   int mainWindowRuns = 0;
   bool catalogueBuiltForMainWindow = false;
+  StartupSwitches handedOver;
 
  protected:
   void ShowSplash() override { ++splashShown; }
   void CloseSplash() override { ++splashClosed; }
-  void RunMainWindow() override {
+  void RunMainWindow(const StartupSwitches& switches) override {
     ++mainWindowRuns;
     catalogueBuiltForMainWindow = CatalogueRoot() != nullptr && CatalogueRoot()->Id() == kCategoryWindows;
+    handedOver = switches;
   }
 };
 
@@ -83,11 +85,7 @@ bool MutexExists() {
 
 class ApplicationStartup : public ::testing::Test {
  protected:
-  void SetUp() override {
-    AutoStarted = 0;
-    ASSERT_FALSE(MutexExists()) << "another copy of the program is running";
-  }
-  void TearDown() override { AutoStarted = 0; }
+  void SetUp() override { ASSERT_FALSE(MutexExists()) << "another copy of the program is running"; }
 };
 
 TEST_F(ApplicationStartup, RunsTheMainWindowOverABuiltCatalogueAndCleansUpAtExit) {
@@ -97,6 +95,7 @@ TEST_F(ApplicationStartup, RunsTheMainWindowOverABuiltCatalogueAndCleansUpAtExit
   EXPECT_TRUE(app.catalogueBuiltForMainWindow);
   EXPECT_EQ(app.splashShown, 1);
   EXPECT_EQ(app.splashClosed, 1);
+  EXPECT_FALSE(app.handedOver.autoStarted);
   EXPECT_TRUE(MutexExists()) << "held until exit";
 
   EXPECT_EQ(app.ExitInstance(), 0);
@@ -104,13 +103,14 @@ TEST_F(ApplicationStartup, RunsTheMainWindowOverABuiltCatalogueAndCleansUpAtExit
   EXPECT_FALSE(MutexExists());
 }
 
-TEST_F(ApplicationStartup, StartedAtLogOnShowsNoSplash) {
-  AutoStarted = 1;
-  RecordingApp app;
+TEST_F(ApplicationStartup, StartedAtLogOnShowsNoSplashAndHandsBothSwitchesToTheMainWindow) {
+  RecordingApp app(L"C:\\lumenor\\lumenor.exe -A -S:C:\\data\\a.txt");
   EXPECT_FALSE(app.InitInstance());
   EXPECT_EQ(app.splashShown, 0);
   EXPECT_EQ(app.splashClosed, 0);
   EXPECT_EQ(app.mainWindowRuns, 1);
+  EXPECT_TRUE(app.handedOver.autoStarted);
+  EXPECT_EQ(app.handedOver.shredPath, L"C:\\data\\a.txt");
   app.ExitInstance();
 }
 

@@ -1,5 +1,6 @@
 // The program's pictures as its pages load them from lumenor.exe: every number is there,
 // with the size, cell layout and transparent colour that the page drawing it relies on.
+#include "controls/GdiOwners.h"
 #include "tests/support/ChildProcess.h"
 
 #include <gtest/gtest.h>
@@ -28,19 +29,14 @@ class Bitmap {
   Bitmap(HMODULE module, int id)
       : handle_(
             static_cast<HBITMAP>(LoadImageW(module, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION))) {
-    if (handle_ != nullptr && GetObjectW(handle_, sizeof(section_), &section_) != sizeof(section_)) {
+    if (handle_ && GetObjectW(handle_.Get(), sizeof(section_), &section_) != sizeof(section_)) {
       section_ = {};
     }
   }
   Bitmap(const Bitmap&) = delete;
   Bitmap& operator=(const Bitmap&) = delete;
-  ~Bitmap() {
-    if (handle_ != nullptr) {
-      DeleteObject(handle_);
-    }
-  }
 
-  bool Loaded() const { return handle_ != nullptr && section_.dsBm.bmBits != nullptr; }
+  bool Loaded() const { return handle_ && section_.dsBm.bmBits != nullptr; }
   Size Dimensions() const { return {section_.dsBm.bmWidth, section_.dsBm.bmHeight}; }
   int BitsPerPixel() const { return section_.dsBm.bmBitsPixel; }
 
@@ -57,7 +53,7 @@ class Bitmap {
   }
 
  private:
-  HBITMAP handle_;
+  controls::OwnedBitmap handle_;
   DIBSECTION section_{};
 };
 
@@ -214,17 +210,17 @@ class Artwork : public ::testing::Test {
       }
       EXPECT_TRUE(found) << "icon " << id << " has no " << wanted << "-pixel image";
     }
-    HICON icon = static_cast<HICON>(LoadImageW(program_, MAKEINTRESOURCEW(id), IMAGE_ICON, 16, 16, 0));
-    ASSERT_NE(icon, nullptr) << "icon " << id;
+    const controls::OwnedIcon icon(
+        static_cast<HICON>(LoadImageW(program_, MAKEINTRESOURCEW(id), IMAGE_ICON, 16, 16, 0)));
+    ASSERT_TRUE(icon) << "icon " << id;
     ICONINFO info{};
-    ASSERT_TRUE(GetIconInfo(icon, &info));
+    ASSERT_TRUE(GetIconInfo(icon.Get(), &info));
+    const controls::OwnedBitmap colourBitmap(info.hbmColor);  // the caller's copies
+    const controls::OwnedBitmap maskBitmap(info.hbmMask);
     BITMAP colour{};
-    GetObjectW(info.hbmColor, sizeof(colour), &colour);
+    GetObjectW(colourBitmap.Get(), sizeof(colour), &colour);
     EXPECT_EQ(colour.bmWidth, 16) << "icon " << id;
     EXPECT_EQ(colour.bmHeight, 16) << "icon " << id;
-    DeleteObject(info.hbmColor);
-    DeleteObject(info.hbmMask);
-    DestroyIcon(icon);
   }
 
   static GifLayout Animation(int id) {
@@ -285,24 +281,23 @@ TEST_F(Artwork, CatalogueImageListTakesFortyTwoPicturesWithTransparentCorners) {
     }
     EXPECT_GE(drawn, 256 / 5) << "bitmap " << id << " is almost empty";
 
-    HBITMAP device = LoadBitmapW(program_, MAKEINTRESOURCEW(id));
-    ASSERT_NE(device, nullptr) << "bitmap " << id;
-    EXPECT_EQ(ImageList_AddMasked(list, device, kCatalogueMask), index++) << "bitmap " << id;
-    DeleteObject(device);
+    const controls::OwnedBitmap device(LoadBitmapW(program_, MAKEINTRESOURCEW(id)));
+    ASSERT_TRUE(device) << "bitmap " << id;
+    EXPECT_EQ(ImageList_AddMasked(list, device.Get(), kCatalogueMask), index++) << "bitmap " << id;
   }
   EXPECT_EQ(ImageList_GetImageCount(list), kPictures);
 
   // Drawn over a coloured row, the masked background lets the row show through.
-  HDC screen = GetDC(nullptr);
-  HDC dc = CreateCompatibleDC(screen);
-  HBITMAP surface = CreateCompatibleBitmap(screen, 16, 16);
-  HGDIOBJ previous = SelectObject(dc, surface);
+  const controls::WindowDC screen(nullptr);
+  const controls::MemoryDC memory(screen.Get());
+  const controls::OwnedBitmap surface(CreateCompatibleBitmap(screen.Get(), 16, 16));
+  const controls::SelectedObject drawing(memory.Get(), surface.Get());
+  const HDC dc = memory.Get();
   const COLORREF row = RGB(0, 200, 0);
+  const controls::OwnedBrush brush(CreateSolidBrush(row));
   for (int i = 0; i < kPictures; ++i) {
     RECT all{0, 0, 16, 16};
-    HBRUSH brush = CreateSolidBrush(row);
-    FillRect(dc, &all, brush);
-    DeleteObject(brush);
+    FillRect(dc, &all, brush.Get());
     ASSERT_TRUE(ImageList_Draw(list, i, dc, 0, 0, ILD_TRANSPARENT));
     EXPECT_EQ(GetPixel(dc, 0, 0), row) << "picture " << i << " hides the row at its corner";
     int drawn = 0;
@@ -313,10 +308,6 @@ TEST_F(Artwork, CatalogueImageListTakesFortyTwoPicturesWithTransparentCorners) {
     }
     EXPECT_GE(drawn, 256 / 5) << "picture " << i << " draws almost nothing";
   }
-  SelectObject(dc, previous);
-  DeleteObject(surface);
-  DeleteDC(dc);
-  ReleaseDC(nullptr, screen);
   ImageList_Destroy(list);
 }
 

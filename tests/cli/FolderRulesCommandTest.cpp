@@ -139,5 +139,26 @@ TEST_F(RegistryFolderWipeAttempt, ADriveRootInTheRegistryIsRefusedInEverySpellin
   }
 }
 
+TEST_F(RegistryFolderWipeAttempt, AFolderInTheDeviceNamespaceIsRefusedAndNeverWalked) {
+  // A server named "." turns "\\?\UNC\" into the device namespace, where GLOBALROOT
+  // names a whole volume, drive letter or not.
+  for (const wchar_t* dataFolder :
+       {L"\\\\?\\UNC\\.\\GLOBALROOT\\Device\\HarddiskVolume1", L"\\\\?\\UNC\\.\\sha\\.\\share\\re",
+        L"\\\\.\\GLOBALROOT\\Device\\HarddiskVolume1"}) {
+    testing::SetRegistryText(HKEY_CURRENT_USER, kKey, L"data_dir", dataFolder);
+    const std::string shown = ToUtf8(dataFolder);
+    const ProgramResult scan = RunProgram(CliProgram(), L"scan --json --items 374");
+    EXPECT_EQ(scan.exitCode, 0u) << shown << "\n" << scan.out;
+    EXPECT_NE(scan.out.find("{\"type\":\"skipped\",\"id\":374,"), std::string::npos) << shown << "\n" << scan.out;
+    EXPECT_NE(scan.out.find("\"reason\":\"device path\"}"), std::string::npos) << shown << "\n" << scan.out;
+    EXPECT_EQ(scan.out.find("\"type\":\"trace\""), std::string::npos) << shown << ": nothing in it is walked";
+    const ProgramResult erase = RunProgram(CliProgram(), L"erase --json --items 374");
+    EXPECT_EQ(erase.exitCode, 1u) << shown << "\n" << erase.out;
+    EXPECT_NE(erase.out.find("\"deleted\":0,\"failed\":0,\"skipped\":1,\"bytes\":0}"), std::string::npos) << shown << "\n"
+                                                                                              << erase.out;
+    EXPECT_TRUE(MissingCanaries().empty()) << shown;
+  }
+}
+
 }  // namespace
 }  // namespace lumenor

@@ -109,12 +109,12 @@ TEST_F(RulesCheck, AFileThatCannotBeReadAsRulesEndsWithStatusTwo) {
   EXPECT_EQ(absent.out, "");
   EXPECT_EQ(absent.err, "lumenor-cli: " + ToUtf8(missing) + ": no such file\n");
 
-  const std::wstring ini = Write(L"winapp2.ini", "; rules\r\n[Tool *]\r\nFileKey1=%Temp%|*.tmp\r\n");
-  const ProgramResult notXml = Check(testing::QuotedArgument(ini) + L" --json");
-  EXPECT_EQ(notXml.exitCode, 2u);
-  EXPECT_EQ(notXml.out,
-            "{\"type\":\"error\",\"file\":\"" + testing::JsonEscaped(ini) + "\",\"message\":\"not a rule file\"}\n");
-  EXPECT_EQ(notXml.err, "lumenor-cli: " + ToUtf8(ini) + ": not a rule file\n");
+  const std::wstring text = Write(L"notes.txt", "shopping: milk, bread\r\n");
+  const ProgramResult notRules = Check(testing::QuotedArgument(text) + L" --json");
+  EXPECT_EQ(notRules.exitCode, 2u);
+  EXPECT_EQ(notRules.out,
+            "{\"type\":\"error\",\"file\":\"" + testing::JsonEscaped(text) + "\",\"message\":\"not a rule file\"}\n");
+  EXPECT_EQ(notRules.err, "lumenor-cli: " + ToUtf8(text) + ": not a rule file\n");
 
   std::wstring folder = folder_.Path();
   folder.pop_back();
@@ -125,6 +125,30 @@ TEST_F(RulesCheck, AFileThatCannotBeReadAsRulesEndsWithStatusTwo) {
   const ProgramResult tooBig = Check(testing::QuotedArgument(huge));
   EXPECT_EQ(tooBig.exitCode, 2u);
   EXPECT_EQ(tooBig.err, "lumenor-cli: " + ToUtf8(huge) + ": larger than 64 MiB\n");
+}
+
+TEST_F(RulesCheck, ACommunityFileIsReadAsOneWithItsFaultsAtTheirLinesAndWhatItHolds) {
+  const std::wstring ini = Write(L"winapp2.ini",
+                                 "; Version: 260101\r\n"
+                                 "[Tool *]\r\n"
+                                 "LangSecRef=3021\r\n"
+                                 "FileKey1=%Temp%\\Tool|*.tmp\r\n"
+                                 "FileKey2=%Package%\\Tool|*.log\r\n"
+                                 "RegKey1=HKCU\\Software\\Tool\r\n"
+                                 "ExcludeKey1=FILE|%Temp%\\Tool\\|keep.tmp\r\n"
+                                 "[Never Installed *]\r\n"
+                                 "LangSecRef=3021\r\n"
+                                 "DetectFile=%ProgramFiles%\\Never Installed\r\n"
+                                 "FileKey1=%ProgramFiles%\\Never Installed|*.log\r\n");
+  const ProgramResult json = Check(testing::QuotedArgument(ini) + L" --json");
+  EXPECT_EQ(json.exitCode, 1u) << json.out << json.err;
+  const std::vector<std::string> lines = testing::SplitLines(json.out);
+  ASSERT_EQ(lines.size(), 2u) << json.out;
+  EXPECT_NE(lines[0].find("\"line\":5,"), std::string::npos) << lines[0];
+  EXPECT_NE(lines[0].find("%Package%"), std::string::npos) << lines[0];
+  EXPECT_EQ(lines[1], "{\"type\":\"summary\",\"entries\":2,\"fileKeys\":3,\"regKeys\":1,\"excludeKeys\":1,"
+                      "\"detected\":1,\"problems\":1}")
+      << "the tool without a detect applies everywhere; the other is not installed";
 }
 
 TEST_F(RulesCheck, AMissingFileOrSubCommandIsAUsageError) {

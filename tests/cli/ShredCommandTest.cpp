@@ -107,9 +107,9 @@ TEST(ShredCommand, FilesThatCannotBeShreddedAreReportedAndTheRestShredded) {
 TEST(ShredCommand, ANameEndingInADotOrBlankIsRefusedAndItsPlainTwinUntouched) {
   TempFolder root;
   MakeFile(root / L"a", "never chosen");
-  const ProgramResult run = Shred(L"--json " + testing::QuotedArgument(root / L"a.") + L" " +
-                                  testing::QuotedArgument(root / L"a ") + L" " +
-                                  testing::QuotedArgument(root / L"a\\..\\a."));
+  const ProgramResult run =
+      Shred(L"--json " + testing::QuotedArgument(root / L"a.") + L" " + testing::QuotedArgument(root / L"a ") + L" " +
+            testing::QuotedArgument(root / L"a\\..\\a."));
   EXPECT_EQ(run.exitCode, 1u) << run.out;
   EXPECT_TRUE(Has(run.out, "{\"type\":\"failed\",\"path\":\"" + testing::JsonEscaped(root / L"a.") +
                                "\",\"reason\":\"a device name, or a name ending in a dot or blank\"}"))
@@ -138,6 +138,27 @@ TEST(ShredCommand, MistakesInTheArgumentsAreUsageErrorsThatTouchNothing) {
     EXPECT_TRUE(run.out.empty()) << ToUtf8(arguments);
   }
   EXPECT_EQ(ReadFileBytes(root / L"a.txt"), "keep");
+}
+
+TEST(ShredCommand, AFolderLinkMetInAFolderIsSkippedAndTheShredStillSucceeds) {
+  const std::wstring folder = L"E:\\link-fixtures\\clean";
+  if (GetFileAttributesW((folder + L"\\top-link").c_str()) == INVALID_FILE_ATTRIBUTES) {
+    GTEST_SKIP() << "no link fixtures here (they come with the Wine test harness)";
+  }
+  MakeFile(folder + L"\\sub\\plain.txt", "12");
+  const ProgramResult run = Shred(L"--json " + folder);
+  EXPECT_EQ(run.exitCode, 0u) << run.out;
+  for (const wchar_t* link : {L"\\top-link", L"\\sub\\nested-link"}) {
+    EXPECT_TRUE(Has(run.out, "{\"type\":\"skipped\",\"path\":\"" + testing::JsonEscaped(folder + link) +
+                                 "\",\"reason\":\"link\"}\n"))
+        << run.out;
+  }
+  EXPECT_FALSE(Has(run.out, "\"type\":\"failed\"")) << run.out;
+  EXPECT_TRUE(run.out.ends_with("{\"type\":\"summary\",\"files\":1,\"shredded\":1,\"failed\":0,\"bytes\":2}\n"))
+      << run.out;
+  EXPECT_FALSE(FileExists(folder + L"\\sub\\plain.txt"));
+  EXPECT_EQ(ReadFileBytes(L"E:\\link-fixtures\\targets\\top\\canary.txt"), "canary top\n");
+  EXPECT_EQ(ReadFileBytes(L"E:\\link-fixtures\\targets\\nested\\canary.txt"), "canary nested\n");
 }
 
 TEST(ShredCommand, AProtectedFolderOrAFolderLinkIsRefusedWholeAndNothingIsTouched) {

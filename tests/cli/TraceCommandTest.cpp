@@ -10,6 +10,7 @@
 #include "base/TextEncoding.h"
 #include "catalogue/CMyObject.h"
 #include "catalogue/ItemIds.h"
+#include "cli/CliOptions.h"
 #include "engine/Registry.h"
 
 #include <gtest/gtest.h>
@@ -193,6 +194,22 @@ TEST(CliTraceUsage, BadSelectionsExitWithTwoAndNameTheArgument) {
     EXPECT_EQ(result.out, "");
     EXPECT_NE(result.err.find(named), std::string::npos) << result.err;
   }
+}
+
+TEST(CliTraceUsage, ItemIdsAreAsciiDigitsAndNothingElse) {
+  // The C runtime's wide digit test takes superscripts and other scripts' digits too.
+  for (const wchar_t* list : {L"10\u00B2", L"\u00B9\u00B2", L"1\u0661", L"\uFF11\uFF10\uFF14", L"104,+5", L"104, 5"}) {
+    std::wstring problem;
+    EXPECT_FALSE(ParseTraceCommandOptions({L"--items", list}, problem)) << ::testing::PrintToString(std::wstring(list));
+    EXPECT_EQ(problem, std::wstring(L"bad item list: ") + list);
+  }
+  std::wstring problem;
+  const auto options = ParseTraceCommandOptions({L"--items", L"0104,132"}, problem);
+  ASSERT_TRUE(options) << ToUtf8(problem);
+  EXPECT_EQ(options->items, (std::vector<unsigned>{104, 132}));
+  const ProgramResult result = RunProgram(CliProgram(), L"scan --items 10\u00B2");
+  EXPECT_EQ(result.exitCode, 2u);
+  EXPECT_NE(result.err.find("bad item list: 10\xC2\xB2"), std::string::npos) << result.err;
 }
 
 TEST(CliTraceSelection, IdsThatNameNoItemAreIgnored) {

@@ -1,5 +1,6 @@
 // The owner-drawn menu: entries measured to one side bar as tall as the menu, and each
 // entry drawing its own slice of that bar wherever the system puts the entry.
+#include "controls/GdiOwners.h"
 #include "controls/MyMenu.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
@@ -68,12 +69,12 @@ TEST(MenuSideBar, EachEntryDrawsItsOwnSliceOfTheBarEvenInsideAFrame) {
   CMyMenu menu;
   const std::vector<MenuEntry> entries = TrayEntries();
   ASSERT_TRUE(menu.Build(entries, L"Lumenor", IDB_SPLASH_WELCOME));
-  HDC screen = GetDC(nullptr);
-  HDC bar = CreateCompatibleDC(screen);
-  HDC canvas = CreateCompatibleDC(screen);
-  HBITMAP canvasBitmap = CreateCompatibleBitmap(screen, 200, menu.TotalHeight() + 20);
-  ReleaseDC(nullptr, screen);
-  HGDIOBJ oldCanvas = SelectObject(canvas, canvasBitmap);
+  const WindowDC screen(nullptr);
+  const MemoryDC bar(screen.Get());
+  const MemoryDC canvas(screen.Get());
+  const OwnedBitmap canvasBitmap(CreateCompatibleBitmap(screen.Get(), 200, menu.TotalHeight() + 20));
+  const SelectedObject canvasSelected(canvas.Get(), canvasBitmap.Get());
+  ASSERT_TRUE(canvasSelected.Selected());
 
   constexpr int kFrame = 3;  // where a menu with a border puts its first entry
   for (UINT position = 0; position < entries.size(); ++position) {
@@ -83,24 +84,18 @@ TEST(MenuSideBar, EachEntryDrawsItsOwnSliceOfTheBarEvenInsideAFrame) {
     draw.CtlType = ODT_MENU;
     draw.itemID = entries[position].command;
     draw.itemData = ItemData(menu.Handle(), position);
-    draw.hDC = canvas;
+    draw.hDC = canvas.Get();
     draw.rcItem =
         RECT{kFrame, kFrame + menu.EntryTop(position), 200 - kFrame, kFrame + menu.EntryTop(position) + height};
     ASSERT_TRUE(menu.OnDrawItem(draw));
   }
   // The bar can be in one DC at a time: look at it once the entries have drawn.
   ASSERT_NE(menu.SideBar(), nullptr);
-  HGDIOBJ oldBar = SelectObject(bar, menu.SideBar());
+  const SelectedObject barSelected(bar.Get(), menu.SideBar());
   for (int x : {2, CMyMenu::kSideBarWidth / 2, CMyMenu::kSideBarWidth - 1}) {
-    EXPECT_EQ(Column(canvas, kFrame + x, kFrame, menu.TotalHeight()), Column(bar, x, 0, menu.TotalHeight()))
+    EXPECT_EQ(Column(canvas.Get(), kFrame + x, kFrame, menu.TotalHeight()), Column(bar.Get(), x, 0, menu.TotalHeight()))
         << "column " << x << " of the assembled side bar";
   }
-
-  SelectObject(canvas, oldCanvas);
-  SelectObject(bar, oldBar);
-  DeleteObject(canvasBitmap);
-  DeleteDC(canvas);
-  DeleteDC(bar);
 }
 
 }  // namespace

@@ -71,6 +71,55 @@ TEST(CanonicalFolder, RefusesRelativeDeviceAndMalformedPaths) {
   }
 }
 
+TEST(CanonicalFolder, NothingInTheDeviceNamespaceComesOutWhateverTheRoute) {
+  // "\\?\UNC\.\x" is "\\.\x": a server named "." opens the device namespace, where
+  // GLOBALROOT names whole volumes, with or without a drive letter.
+  const std::pair<const wchar_t*, FolderVerdict> refused[] = {
+      {L"\\\\?\\UNC\\.\\share\\", FolderVerdict::kDevicePath},
+      {L"\\\\?\\UNC\\.\\sha\\.\\share\\re\\", FolderVerdict::kDevicePath},
+      {L"\\\\?\\UNC\\.\\GLOBALROOT\\Device\\HarddiskVolume1", FolderVerdict::kDevicePath},
+      {L"//?/unc/./GLOBALROOT/Device/HarddiskVolume1/", FolderVerdict::kDevicePath},
+      {L"\\\\?\\UNC\\.", FolderVerdict::kDevicePath},
+      {L"\\\\.\\GLOBALROOT\\Device\\HarddiskVolume1\\", FolderVerdict::kDevicePath},
+      {L"\\\\?\\UNC\\?\\share\\", FolderVerdict::kInvalidPath},
+      {L"\\\\?\\UNC\\..\\share\\", FolderVerdict::kInvalidPath},
+      {L"\\\\..\\0", FolderVerdict::kInvalidPath},
+      {L"/\\..\\y[S\\", FolderVerdict::kInvalidPath},
+      {L"\\\\. \\share\\", FolderVerdict::kInvalidPath},
+      {L"\\\\server\\..\\x", FolderVerdict::kInvalidPath},
+      {L"\\\\server\\NUL\\x", FolderVerdict::kDevicePath},
+      {L"\\\\CON\\share\\", FolderVerdict::kDevicePath},
+  };
+  for (const auto& [folder, reason] : refused) {
+    FolderVerdict verdict = FolderVerdict::kAllowed;
+    EXPECT_EQ(CanonicalFolder(folder, &verdict), std::nullopt) << ::testing::PrintToString(std::wstring(folder));
+    EXPECT_EQ(verdict, reason) << ::testing::PrintToString(std::wstring(folder));
+  }
+}
+
+TEST(CanonicalFolder, RefusesEveryNameTheSystemReadsAsADevice) {
+  for (const wchar_t* folder :
+       {L"C:\\\u5FFF .^\\NUL .^", L"C:\\x\\LPT\u00B3", L"C:\\x\\COM\u00B9\\y", L"C:\\x\\NUL .txt", L"C:\\x\\CONIN$",
+        L"C:\\x\\conout$\\", L"C:\\x\\Nul. \\", L"C:\\x\\aux.log\\y"}) {
+    FolderVerdict verdict = FolderVerdict::kAllowed;
+    EXPECT_EQ(CanonicalFolder(folder, &verdict), std::nullopt) << ::testing::PrintToString(std::wstring(folder));
+    EXPECT_EQ(verdict, FolderVerdict::kDevicePath) << ::testing::PrintToString(std::wstring(folder));
+  }
+  EXPECT_EQ(CanonicalFolder(L"C:\\x\\COM10\\NULL\\CONIN\\"), L"C:\\x\\COM10\\NULL\\CONIN\\")
+      << "names that only begin like a device are folders";
+}
+
+TEST(CanonicalFolder, WhatItGivesIsItsOwnCanonicalForm) {
+  for (const wchar_t* folder : {L"C:\\a\\b. \\c..\\", L"c:/x//y/./z/..", L"\\\\srv.\\share\\x",
+                                L"\\\\?\\UNC\\srv\\share\\.\\x. ", L"\\\\?\\c:\\..\\..", L"C:\\\u5FFF .^\\x"}) {
+    const std::optional<std::wstring> canonical = CanonicalFolder(folder);
+    ASSERT_TRUE(canonical) << ::testing::PrintToString(std::wstring(folder));
+    EXPECT_EQ(CanonicalFolder(*canonical), canonical) << ::testing::PrintToString(*canonical);
+    EXPECT_EQ(canonical->find(L"\\.\\"), std::wstring::npos) << ::testing::PrintToString(*canonical);
+    EXPECT_TRUE(IsExactFolderPath(*canonical)) << ::testing::PrintToString(*canonical);
+  }
+}
+
 TEST(CanonicalFolder, ContainmentFollowsWholeNamesWithoutCase) {
   EXPECT_TRUE(FolderContains(L"C:\\", L"C:\\Windows\\"));
   EXPECT_TRUE(FolderContains(L"C:\\Users\\", L"C:\\users\\Me\\"));
@@ -146,6 +195,23 @@ TEST_F(ProtectedFolders, EverySpellingOfADriveShareOrSystemFolderIsRefused) {
   }
 }
 
+TEST_F(ProtectedFolders, EveryPersonalFolderAndThoseOfThePublicProfileAreProtected) {
+  paths_.shellFolders[CSIDL_MYPICTURES] = L"E:\\Photos";
+  paths_.variables[L"PUBLIC"] = L"C:\\Users\\Public";
+  paths_.variables[L"OneDrive"] = L"E:\\Sync\\OneDrive - Work";
+  for (const wchar_t* folder :
+       {L"C:\\Users\\Tester\\Downloads", L"C:\\Users\\Tester\\Music\\", L"C:\\Users\\Tester\\Videos",
+        L"C:\\Users\\Tester\\Contacts", L"C:\\Users\\Tester\\Saved Games", L"C:\\Users\\Tester\\Links",
+        L"C:\\Users\\Tester\\Searches", L"C:\\Users\\Tester\\OneDrive", L"E:\\Photos", L"E:\\Sync\\OneDrive - Work",
+        L"E:\\Sync", L"C:\\Users\\Public\\Documents", L"C:\\Users\\Public\\Downloads", L"C:\\Users\\Public\\Desktop"}) {
+    EXPECT_EQ(Verdict(folder), FolderVerdict::kProtectedFolder) << ::testing::PrintToString(std::wstring(folder));
+  }
+  for (const wchar_t* folder : {L"C:\\Users\\Tester\\Downloads\\setup-cache", L"E:\\Photos\\thumbnails",
+                                L"C:\\Users\\Tester\\Saved Games\\Some Game\\logs"}) {
+    EXPECT_EQ(Verdict(folder), FolderVerdict::kAllowed) << ::testing::PrintToString(std::wstring(folder));
+  }
+}
+
 TEST_F(ProtectedFolders, FoldersInsideThemStayAllowed) {
   for (const wchar_t* folder :
        {L"C:\\Windows\\Temp", L"C:\\Windows\\System32\\..\\Temp\\", L"C:\\Users\\Tester\\AppData\\Local\\Temp",
@@ -163,6 +229,31 @@ TEST_F(ProtectedFolders, RelativeAndDrivePathsAreRefusedAsSuch) {
   EXPECT_EQ(Verdict(L"\\\\.\\C:\\Windows\\Temp"), FolderVerdict::kDevicePath);
   FolderGuard::Check check = FolderGuard(paths_).Inspect(L"c:/windows/./");
   EXPECT_EQ(check.folder, L"C:\\windows\\") << "a refusal still names the folder it refused";
+}
+
+TEST_F(ProtectedFolders, EverySpellingOfOneFolderGetsOneVerdict) {
+  const std::vector<std::vector<const wchar_t*>> sameFolders = {
+      {L"C:\\Windows", L"c:/Windows/", L"\\\\?\\C:\\Windows\\.", L"C:\\Windows. \\", L"C:\\x\\..\\Windows",
+       L"C:\\\\Windows\\\\"},
+      {L"C:\\Users\\Tester\\AppData\\Local\\Temp", L"c:/Users/Tester/AppData/Local/Temp/.",
+       L"\\\\?\\c:\\Users\\Tester\\AppData\\Local\\Temp\\x\\..", L"C:\\Users\\Tester\\AppData\\Local\\Temp.."},
+      {L"\\\\server\\share", L"//server/share/", L"\\\\?\\UNC\\server\\share\\x\\..", L"\\\\server\\\\share\\."},
+      {L"\\\\server\\share\\cache", L"\\\\?\\UNC\\server\\share\\cache\\", L"//server/share/cache/x/..",
+       L"\\\\server\\share\\cache. ."},
+  };
+  const FolderGuard guard(paths_);
+  for (const std::vector<const wchar_t*>& spellings : sameFolders) {
+    const FolderGuard::Check first = guard.Inspect(spellings.front());
+    for (const wchar_t* spelling : spellings) {
+      const FolderGuard::Check check = guard.Inspect(spelling);
+      EXPECT_EQ(check.folder, first.folder) << ::testing::PrintToString(std::wstring(spelling));
+      EXPECT_EQ(check.verdict, first.verdict) << ::testing::PrintToString(std::wstring(spelling));
+    }
+  }
+  EXPECT_EQ(guard.Inspect(sameFolders[0].front()).verdict, FolderVerdict::kProtectedFolder);
+  EXPECT_EQ(guard.Inspect(sameFolders[1].front()).verdict, FolderVerdict::kAllowed);
+  EXPECT_EQ(guard.Inspect(sameFolders[2].front()).verdict, FolderVerdict::kProtectedFolder);
+  EXPECT_EQ(guard.Inspect(sameFolders[3].front()).verdict, FolderVerdict::kAllowed);
 }
 
 TEST(MachineFolders, AreProtectedByTheirShortNamesToo) {

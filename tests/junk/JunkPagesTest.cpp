@@ -3,11 +3,11 @@
 // main window asks for, and the two ways of removing files.
 #include "junk/DlgJunk.h"
 #include "junk/JunkCatalogue.h"
-#include "junk/JunkState.h"
 #include "res/resource.h"
 #include "scan/DlgScanResult.h"
 #include "tests/junk/JunkFixtures.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/ThreadStarters.h"
 #include "tests/support/TraceFixtures.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,6 @@ struct Said {
 class JunkPage : public ::testing::Test {
  protected:
   void SetUp() override {
-    JunkSearchRunning = 0;
     host_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1000, 760, nullptr, nullptr, GetModuleHandleW(nullptr),
                             nullptr);
     ASSERT_NE(host_, nullptr);
@@ -49,7 +48,6 @@ class JunkPage : public ::testing::Test {
   void TearDown() override {
     page_.reset();
     DestroyWindow(host_);
-    JunkSearchRunning = 0;
   }
 
   static void Pump() {
@@ -77,6 +75,13 @@ class JunkPage : public ::testing::Test {
     SetWindowTextW(SetUpItem(IDC_JUNK_FOLDER), typed.c_str());
   }
   void Start() { Press(SetUpPage().Handle(), IDC_JUNK_START); }
+  void ClickTab(int tab) {
+    HWND strip = GetDlgItem(page_->Handle(), IDC_JUNK_TABS);
+    const RECT rect = page_->Tabs().TabRect(tab);
+    SendMessageW(strip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM((rect.left + rect.right) / 2, rect.bottom / 2));
+    SendMessageW(strip, WM_LBUTTONUP, 0, MAKELPARAM((rect.left + rect.right) / 2, rect.bottom / 2));
+    Pump();
+  }
   void WaitForTheWalk() {
     for (int waited = 0; ResultPage().Scanning() && waited < 60000; waited += 10) {
       Pump();
@@ -190,7 +195,7 @@ TEST_F(JunkPage, StartShowsTheResultPageWhereTheWalksRowsArrive) {
   WaitForTheWalk();
   EXPECT_EQ(ListedRows(), tree.defaultRows);
   EXPECT_EQ(SummaryLine(), L"6 files found, 0.00 MB");
-  EXPECT_EQ(JunkSearchRunning.load(), 0);
+  EXPECT_FALSE(page_->Searching());
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(ResultPage().Handle(), IDC_JUNK_STOP)));
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(ResultPage().Handle(), IDC_JUNK_DELETE)));
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(ResultPage().Handle(), IDC_JUNK_DELETE_ALL)));
@@ -209,20 +214,18 @@ TEST_F(JunkPage, TheWholeCatalogueChosenPutsBothChklistRowsIntoTheMaskList) {
 }
 
 TEST_F(JunkPage, TabStripIgnoresClicksWhileAJunkWalkRuns) {
-  HWND strip = GetDlgItem(page_->Handle(), IDC_JUNK_TABS);
-  const auto click = [&](int tab) {
-    const RECT rect = page_->Tabs().TabRect(tab);
-    SendMessageW(strip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM((rect.left + rect.right) / 2, rect.bottom / 2));
-    SendMessageW(strip, WM_LBUTTONUP, 0, MAKELPARAM((rect.left + rect.right) / 2, rect.bottom / 2));
-    Pump();
-  };
-  click(CDlgJunk::kResultsTab);
-  EXPECT_TRUE(ResultPage().IsVisible());
-  JunkSearchRunning = 1;
-  click(CDlgJunk::kSetUpTab);
-  EXPECT_TRUE(ResultPage().IsVisible()) << "the set-up page cannot be reached during a walk";
-  EXPECT_FALSE(SetUpPage().IsVisible());
-  JunkSearchRunning = 0;
+  const auto click = [this](int tab) { ClickTab(tab); };
+  ScratchFolder root;
+  {
+    const testing::HeldThreads held;
+    ResultPage().SetThreadStarter(held.Held());
+    page_->StartJunkScan(root.Path(), AllJunkMasks());
+    EXPECT_TRUE(ResultPage().IsVisible());
+    click(CDlgJunk::kSetUpTab);
+    EXPECT_TRUE(ResultPage().IsVisible()) << "the set-up page cannot be reached during a walk";
+    EXPECT_FALSE(SetUpPage().IsVisible());
+  }
+  WaitForTheWalk();
   click(CDlgJunk::kSetUpTab);
   EXPECT_TRUE(SetUpPage().IsVisible());
   EXPECT_FALSE(ResultPage().IsVisible());
@@ -234,13 +237,18 @@ TEST_F(JunkPage, TabStripIgnoresClicksWhileAJunkWalkRuns) {
 TEST_F(JunkPage, ResetGoesBackToTheSetUpPageButNotWhileAWalkRuns) {
   ScratchFolder root;
   MakeFile(root / L"a.tmp");
-  Scan(root.Path());
-  ASSERT_EQ(ResultPage().Results().RowCount(), 1);
-  JunkSearchRunning = 1;
-  page_->ResetToSetUp();
-  EXPECT_TRUE(ResultPage().IsVisible());
-  EXPECT_EQ(ResultPage().Results().RowCount(), 1) << "the list stays under a running walk";
-  JunkSearchRunning = 0;
+  {
+    const testing::HeldThreads held;
+    ResultPage().SetThreadStarter(held.Held());
+    ChooseFolder(root.Path());
+    Start();
+    const int resets = page_->Resets();
+    page_->ResetToSetUp();
+    EXPECT_TRUE(ResultPage().IsVisible());
+    EXPECT_EQ(page_->Resets(), resets) << "nothing is reset under a running walk";
+  }
+  WaitForTheWalk();
+  EXPECT_EQ(ResultPage().Results().RowCount(), 1) << "the walk's rows arrived in full";
   page_->ResetToSetUp();
   EXPECT_TRUE(SetUpPage().IsVisible());
   EXPECT_EQ(page_->Tabs().Selected(), CDlgJunk::kSetUpTab);
@@ -254,12 +262,31 @@ TEST_F(JunkPage, ResetGoesBackToTheSetUpPageButNotWhileAWalkRuns) {
 
 TEST_F(JunkPage, StopEndsAWalkOfEveryFixedDisk) {
   page_->StartJunkScan(L"", AllJunkMasks());
-  EXPECT_EQ(JunkSearchRunning.load(), 1);
+  EXPECT_TRUE(page_->Searching());
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(ResultPage().Handle(), IDC_JUNK_STOP)));
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(ResultPage().Handle(), IDC_JUNK_DELETE_ALL)));
   Press(ResultPage().Handle(), IDC_JUNK_STOP);
   WaitForTheWalk();
-  EXPECT_EQ(JunkSearchRunning.load(), 0);
+  EXPECT_FALSE(page_->Searching());
+}
+
+TEST_F(JunkPage, AWalkWhoseThreadCannotStartEndsAtOnceWithTheResultPageUsable) {
+  ScratchFolder root;
+  MakeFile(root / L"a.tmp");
+  ResultPage().SetThreadStarter(testing::FailingThreadStarter());
+  ChooseFolder(root.Path());
+  Start();
+  EXPECT_FALSE(page_->Searching());
+  EXPECT_TRUE(ResultPage().IsVisible());
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(ResultPage().Handle(), IDC_JUNK_STOP)));
+  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(ResultPage().Handle(), IDC_JUNK_DELETE_ALL)));
+  EXPECT_EQ(SummaryLine(), L"0 files found, 0.00 MB");
+  ClickTab(CDlgJunk::kSetUpTab);
+  EXPECT_TRUE(SetUpPage().IsVisible()) << "the tabs answer again";
+
+  ResultPage().SetThreadStarter(controls::StartSystemThread);
+  Scan(root.Path());
+  EXPECT_EQ(ResultPage().Results().RowCount(), 1);
 }
 
 // Three junk files: one plain, one read-only, one held open by the test without delete
@@ -323,6 +350,30 @@ TEST_F(JunkRemovalPage, DeleteAllAsksFirstThenDeletesWhatItCanAndEmptiesTheList)
   EXPECT_FALSE(testing::FileExists(root_ / L"readonly.tmp"));
   EXPECT_TRUE(testing::FileExists(root_ / L"held.tmp"));
   EXPECT_EQ(said_.size(), 2u) << "no message for a failure here";
+}
+
+TEST_F(JunkRemovalPage, ADeleteAllWhoseThreadCannotStartShowsTheWarningAndCloses) {
+  bool warningShown = false;
+  EraseProgress progress(0);
+  INT_PTR result = 0;
+  ResultPage().SetEraseDialogRunner([&](CDlgScanResult& dialog, HWND owner) {
+    dialog.SetThreadStarter(testing::FailingThreadStarter());
+    std::thread user([&] {
+      for (int waited = 0; !(dialog.Finished() && dialog.CloseShown()) && waited < 10000; waited += 20) Sleep(20);
+      warningShown = dialog.WarningShown();
+      progress = dialog.Progress();
+      PostMessageW(dialog.Handle(), WM_COMMAND, IDCANCEL, 0);  // Esc closes, as Close does
+    });
+    result = dialog.Run(owner);
+    user.join();
+  });
+  answer_ = IDYES;
+  Press(ResultPage().Handle(), IDC_JUNK_DELETE_ALL);
+  EXPECT_EQ(result, IDOK);
+  EXPECT_TRUE(warningShown);
+  EXPECT_EQ(progress.DeletedCount(), 0);
+  EXPECT_EQ(progress.FailedCount(), 1) << "the erase that never ran is told as one failure";
+  EXPECT_TRUE(testing::FileExists(root_ / L"plain.tmp"));
 }
 
 TEST_F(JunkRemovalPage, DeleteSelectedTakesOnlyTheFirstSelectedRowAndSaysWhenItCannot) {

@@ -179,5 +179,30 @@ TEST(JunkRemoval, AFileHeldOpenOrAFolderInItsPlaceStaysAndCountsAsFailed) {
   EXPECT_TRUE(testing::FileExists(folder + L"\\inside.txt"));
 }
 
+TEST(JunkRemoval, AStopEndsItBetweenFilesAndLeavesTheRestInPlace) {
+  ScratchFolder root;
+  const std::vector<std::wstring> paths = {root / L"a.tmp", root / L"b.tmp", root / L"c.tmp"};
+  for (const std::wstring& path : paths) MakeFile(path);
+  // Stopped while the first file goes: the command line's Ctrl+C lands so.
+  class StoppingTally final : public EraseTally {
+   public:
+    void Erased(int count, uint64_t) override {
+      erased += count;
+      stop.Request();
+    }
+    void EraseFailed(const std::wstring&) override { ++failed; }
+    void LocationSkipped(const SkippedLocation&) override {}
+    StopSignal stop;
+    int erased = 0;
+    int failed = 0;
+  } tally;
+  DeleteJunkFiles(paths, tally, StopToken(&tally.stop));
+  EXPECT_EQ(tally.erased, 1);
+  EXPECT_EQ(tally.failed, 0) << "the files after the stop are neither deleted nor failed";
+  EXPECT_FALSE(testing::FileExists(paths[0]));
+  EXPECT_TRUE(testing::FileExists(paths[1]));
+  EXPECT_TRUE(testing::FileExists(paths[2]));
+}
+
 }  // namespace
 }  // namespace lumenor

@@ -1,8 +1,10 @@
 // The erase progress dialog: how it counts and when its figures and bar move, and the
 // dialog itself: the erase runs while it shows, Close appears at the end with the warning
 // when something failed, and Esc never ends it in any way but Close.
+#include "res/resource.h"
 #include "scan/DlgScanResult.h"
 #include "scan/EraseProgress.h"
+#include "tests/support/ThreadStarters.h"
 
 #include <gtest/gtest.h>
 
@@ -100,6 +102,24 @@ TEST_F(EraseDialog, WithoutFailuresTheWarningStaysHiddenAndOnlyTheHiddenButtonCa
   EXPECT_EQ(dialog.Run(nullptr), IDCANCEL);
   user.join();
   EXPECT_FALSE(warningWasShown);
+}
+
+TEST_F(EraseDialog, AnEraseWhoseThreadCannotStartEndsAtOnceWithTheWarningAndCloses) {
+  bool erased = false;
+  CDlgScanResult dialog(3, [&](EraseTally&) { erased = true; });
+  dialog.SetThreadStarter(testing::FailingThreadStarter());
+  bool warningWasShown = false;
+  std::thread user([&] {
+    ASSERT_TRUE(WaitFor([&] { return dialog.Finished() && dialog.CloseShown(); }));
+    warningWasShown = dialog.WarningShown();
+    (void)PostMessageW(dialog.Handle(), WM_COMMAND, IDC_ERASE_CLOSE, 0);
+  });
+  EXPECT_EQ(dialog.Run(nullptr), IDOK) << "closed by Close, never by a restart";
+  user.join();
+  EXPECT_FALSE(erased);
+  EXPECT_TRUE(warningWasShown);
+  EXPECT_EQ(dialog.Progress().DeletedCount(), 0);
+  EXPECT_EQ(dialog.Progress().FailedCount(), 1) << "the erase that never ran is told as one failure";
 }
 
 }  // namespace

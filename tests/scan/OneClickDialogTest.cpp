@@ -1,9 +1,9 @@
 // The one-click selection dialog against settings files: where it starts from, what
 // "Save" writes, and that "Select None" and "Cancel" write nothing.
 #include "catalogue/Catalogue.h"
-#include "catalogue/DlgOptionsChoose.h"
 #include "catalogue/ItemIds.h"
 #include "res/resource.h"
+#include "scan/DlgOptionsChoose.h"
 #include "settings/Settings.h"
 #include "tests/support/TempFolder.h"
 

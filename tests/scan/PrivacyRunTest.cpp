@@ -1,11 +1,11 @@
 // Scan, erase and one-click erase runs against the real engine, on traces seeded in the
 // test machine: the rows, the counts up the tree, the recent list, what an erase leaves,
 // a stop that cuts the run short, and one-click erasing items that found nothing.
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "engine/Registry.h"
 #include "scan/PrivacyRun.h"
+#include "settings/Settings.h"
 #include "tests/support/DestructiveTests.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 
 namespace lumenor {
 namespace {
@@ -33,6 +34,7 @@ class RecordingReports final : public RunReports {
   void Erased(int count, uint64_t bytes) override {
     erased += count;
     erasedBytes += bytes;
+    if (onErased) onErased();
   }
   void EraseFailed(const std::wstring& what) override { failures.push_back(what); }
 
@@ -44,6 +46,7 @@ class RecordingReports final : public RunReports {
   int erased = 0;
   uint64_t erasedBytes = 0;
   std::function<void(const CMyObject&)> onItemStarted;
+  std::function<void()> onErased;
 };
 
 // Temporary files, the Run list and Paint's recent files seeded where the items look.
@@ -123,6 +126,33 @@ TEST_F(SeededItems, AStopEndsTheRunAfterTheItemBeingScannedAndNothingLaterIsEras
   EraseFoundItems(*run, reports, testing::MachineGuard());
   EXPECT_TRUE(KeyExists(kPaintKey)) << "cut off by the stop";
   EXPECT_FALSE(testing::FileExists(temp_ / L"a.tmp"));
+}
+
+TEST_F(SeededItems, AStopOfTheCommandLineEndsTheEraseBeforeItsNextItem) {
+  RecordingReports reports;
+  const auto run = MakeScanRun(catalogue_.Root(), {kItemTemporaryFiles, kItemRunHistory, kItemPaintRecentFiles});
+  ScanItems(*run, nullptr, reports, StopToken(), testing::MachineGuard());
+  ASSERT_EQ(run->Items().size(), 3u);
+  StopSignal stop;
+  reports.onErased = [&] { stop.Request(); };  // Ctrl+C while the temporary files go
+  EraseFoundItems(*run, reports, testing::MachineGuard(), StopToken(&stop));
+  EXPECT_FALSE(testing::FileExists(temp_ / L"a.tmp"));
+  EXPECT_FALSE(testing::FileExists(temp_ / L"sub\\b.tmp")) << "the item at hand is erased to its end";
+  EXPECT_TRUE(KeyExists(kRunMruKey)) << "the items after the stop stay";
+  EXPECT_TRUE(KeyExists(kPaintKey));
+}
+
+TEST_F(SeededItems, OneClickStoppedFromTheCommandLineErasesNothingMoreButReportsEveryStage) {
+  StopSignal stop;
+  stop.Request();
+  RecordingReports reports;
+  const auto run = MakeScanRun(catalogue_.Root(), {kItemRunHistory, kItemPaintRecentFiles});
+  RunOneClickErase(*run, &settings_, reports, StopToken(&stop), testing::MachineGuard(), StopToken(&stop));
+  EXPECT_EQ(reports.stages, (std::vector<RunStage>{RunStage::kScanStarted, RunStage::kScanFinished,
+                                                   RunStage::kEraseStarted, RunStage::kEraseFinished}));
+  EXPECT_EQ(reports.erased, 0);
+  EXPECT_TRUE(KeyExists(kRunMruKey));
+  EXPECT_TRUE(KeyExists(kPaintKey));
 }
 
 TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {

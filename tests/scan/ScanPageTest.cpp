@@ -6,10 +6,10 @@
 #include "engine/Registry.h"
 #include "res/resource.h"
 #include "scan/DlgScan.h"
-#include "scan/ScanState.h"
 #include "settings/Settings.h"
 #include "tests/support/DestructiveTests.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/ThreadStarters.h"
 #include "tests/support/TraceFixtures.h"
 
 #include <gtest/gtest.h>
@@ -51,8 +51,6 @@ class ScanPage : public ::testing::Test {
       RegDeleteTreeW(HKEY_CURRENT_USER, kRunMruKey);
       FreeCatalogue();
     }
-    ScanBusy = 0;
-    EraseDialogOpen = 0;
   }
   static void SetTemp(std::wstring folder) {
     if (folder.back() == L'\\') folder.pop_back();
@@ -93,9 +91,27 @@ TEST_F(ScanPage, AScanListsEveryTraceCountsItAndSavesTheSelection) {
   EXPECT_EQ(page_->Tree().ScanStateOf(kAppWindowsEntries), CMyTreeCtrl::kDone)
       << "the application is done with its items";
   EXPECT_EQ(page_->Tree().ScanStateOf(kItemVisitedSites), CMyTreeCtrl::kUntouched);
-  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent),
-            (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory}));
-  EXPECT_EQ(ScanBusy.load(), 0);
+  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent), (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory}));
+  EXPECT_FALSE(page_->Scanning());
+  EXPECT_FALSE(page_->Busy());
+}
+
+TEST_F(ScanPage, AScanOrOneClickEraseWhoseThreadCannotStartLeavesThePageUsable) {
+  Tick({kItemTemporaryFiles});
+  page_->SetThreadStarter(testing::FailingThreadStarter());
+  Press(IDC_SCAN_START);
+  EXPECT_FALSE(page_->Scanning());
+  EXPECT_FALSE(page_->Busy());
+  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(page_->Handle(), IDC_SCAN_ERASE))) << "the actions are back";
+  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(page_->Handle(), IDC_SCAN_DELETE_ROW)));
+  EXPECT_EQ(page_->Results().RowCount(), 0);
+  EXPECT_FALSE(page_->StartOneClickErase()) << "said, not pretended";
+  EXPECT_FALSE(page_->Busy());
+
+  page_->SetThreadStarter(controls::StartSystemThread);
+  Tick({kItemTemporaryFiles});  // the one-click erase ticked its own list
+  Scan();
+  EXPECT_EQ(page_->Results().RowCount(), 3) << "the next scan runs as ever";
 }
 
 TEST_F(ScanPage, DeletingARowDeletesItsTraceAndLowersTheCount) {
@@ -116,6 +132,8 @@ TEST_F(ScanPage, EraseRunsTheProgressDialogAndEmptiesThePage) {
   int shownTotal = 0;
   page_->SetEraseDialogRunner([&](HWND, int total, std::function<void(EraseTally&)> erase) -> INT_PTR {
     shownTotal = total;
+    EXPECT_TRUE(page_->EraseDialogOpen()) << "the main window asks this while the dialog runs";
+    EXPECT_TRUE(page_->Busy());
     testing::RecordingTally tally;
     erase(tally);  // on this thread: the dialog's own test covers its worker
     EXPECT_EQ(tally.erased, 4);
@@ -123,6 +141,7 @@ TEST_F(ScanPage, EraseRunsTheProgressDialogAndEmptiesThePage) {
   });
   Press(IDC_SCAN_ERASE);
   EXPECT_EQ(shownTotal, 4);
+  EXPECT_FALSE(page_->EraseDialogOpen());
   EXPECT_EQ(restarts_, 0);
   EXPECT_EQ(page_->Results().RowCount(), 0);
   EXPECT_EQ(page_->ItemsDone(), 0);
@@ -190,7 +209,7 @@ TEST_F(ScanPage, TheRealDialogErasesAndEndsWithClose) {
   user.join();
   EXPECT_EQ(restarts_, 0);
   EXPECT_FALSE(testing::FileExists(temp_ / L"a.tmp"));
-  EXPECT_EQ(EraseDialogOpen.load(), 0);
+  EXPECT_FALSE(page_->EraseDialogOpen());
 }
 
 TEST_F(ScanPage, TheCookiesButtonOpensTheKeepListOfThePagesSettingsFile) {

@@ -5,11 +5,12 @@
 // its own, at 144, where dialog units are half as large again as pictures' pixels.
 #include "app/DlgWelcome.h"
 #include "catalogue/Catalogue.h"
-#include "catalogue/DlgOptionsChoose.h"
+#include "controls/GdiOwners.h"
 #include "controls/Layout.h"
 #include "controls/NButtonEx.h"
 #include "res/resource.h"
 #include "scan/DlgCookiesToKeep.h"
+#include "scan/DlgOptionsChoose.h"
 #include "scan/DlgScanResult.h"
 #include "tests/shell/ShellTestSupport.h"
 #include "tests/support/TempFolder.h"
@@ -141,10 +142,9 @@ TEST_F(Layout, RunsAtTheScreenResolutionItWasStartedWith) {
   if (wanted == nullptr) {
     GTEST_SKIP() << "run without LUMENOR_LOG_PIXELS: any resolution";
   }
-  HDC screen = GetDC(nullptr);
-  ASSERT_NE(screen, nullptr);
-  EXPECT_EQ(GetDeviceCaps(screen, LOGPIXELSY), std::atoi(wanted));
-  ReleaseDC(nullptr, screen);
+  const controls::WindowDC screen(nullptr);
+  ASSERT_TRUE(screen);
+  EXPECT_EQ(GetDeviceCaps(screen.Get(), LOGPIXELSY), std::atoi(wanted));
 }
 
 TEST_F(Layout, PagesLieInsideTheFrameAtTheirTemplatesSize) {
@@ -282,10 +282,7 @@ TEST_F(Layout, ListsShowOnlyTheirOwnColumnsBeforeAndAfterTheyScroll) {
       {"junk catalogue", kJunkSetUpPage, IDC_JUNK_CATALOG, {80, 170}},
       {"junk results", kJunkResultsPage, IDC_JUNK_RESULTS, {100, 350}},
   };
-  HDC screen = GetDC(nullptr);
-  ASSERT_NE(screen, nullptr);
-  const int dotsPerInch = GetDeviceCaps(screen, LOGPIXELSX);
-  ReleaseDC(nullptr, screen);
+  const int dotsPerInch = GetDeviceCaps(controls::WindowDC(nullptr).Get(), LOGPIXELSX);
   const std::vector<Page> pages = PagesAndSubPages();
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

@@ -2,12 +2,12 @@
 // minimise; the "-A" start; paths handed to the shredder; the notification icon.
 #include "app/DlgOptions.h"
 #include "app/ShellMessages.h"
-#include "app/StartupState.h"
 #include "base/ModulePath.h"
-#include "junk/JunkState.h"
-#include "scan/ScanState.h"
+#include "junk/JunkCatalogue.h"
+#include "res/resource.h"
 #include "tests/shell/ShellTestSupport.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/ThreadStarters.h"
 
 #include <gtest/gtest.h>
 
@@ -20,14 +20,14 @@ using Pages = std::vector<bool>;
 TEST_F(MainWindowTest, MissingSettingsFileIsWrittenWithDefaultsAndLoaded) {
   const std::wstring settings = ModuleFolder() + L"setting.ini";
   (void)DeleteFileW(settings.c_str());
-  Options = OptionValues{1, 1, 1, 1, 1, 1, 1, 1, 1};
   Open();
   EXPECT_TRUE(testing::FileExists(settings));
-  EXPECT_EQ(Options.exitOnClose, 0);
-  EXPECT_EQ(Options.trayOnClose, 1);
-  EXPECT_EQ(Options.scheduleOn, 0);
-  EXPECT_EQ(Options.hour, 9);
-  EXPECT_EQ(Options.minute, 38);
+  const OptionValues& options = Window().OptionsInForce();
+  EXPECT_EQ(options.exitOnClose, 0);
+  EXPECT_EQ(options.trayOnClose, 1);
+  EXPECT_EQ(options.scheduleOn, 0);
+  EXPECT_EQ(options.hour, 9);
+  EXPECT_EQ(options.minute, 38);
 }
 
 TEST_F(MainWindowTest, StartsOnThePrivacyPageWithTheIconInTheNotificationArea) {
@@ -134,8 +134,8 @@ TEST_F(MainWindowTest, CloseButtonFollowsTheExitAndTraySettings) {
   for (const Case& c : cases) {
     Open();
     quitPosted_ = false;
-    Options.exitOnClose = c.exit;
-    Options.trayOnClose = c.tray;
+    Window().OptionsInForce().exitOnClose = c.exit;
+    Window().OptionsInForce().trayOnClose = c.tray;
     Command(10200);
     EXPECT_EQ(quitPosted_, c.quits) << "exit " << c.exit << " tray " << c.tray;
     if (c.quits) {
@@ -149,15 +149,17 @@ TEST_F(MainWindowTest, CloseButtonFollowsTheExitAndTraySettings) {
 
 TEST_F(MainWindowTest, CloseAndMinimiseAreIgnoredDuringAJunkSearch) {
   Open();
-  Options.exitOnClose = 1;
-  Options.trayOnClose = 1;
-  JunkSearchRunning = 1;
-  Command(10200);
-  Command(10202);
-  EXPECT_FALSE(quitPosted_);
-  EXPECT_TRUE(Window().IsVisible());
-
-  JunkSearchRunning = 0;
+  Window().OptionsInForce().exitOnClose = 1;
+  Window().OptionsInForce().trayOnClose = 1;
+  {
+    const testing::HeldThreads held;
+    StartHeldJunkSearch(held);
+    Command(10200);
+    Command(10202);
+    EXPECT_FALSE(quitPosted_);
+    EXPECT_TRUE(Window().IsVisible());
+  }
+  ASSERT_TRUE(PumpUntil([this] { return !Window().JunkPage().Searching(); }));
   Command(10202);
   EXPECT_FALSE(Window().IsVisible()) << "minimise hides to the notification area";
   EXPECT_FALSE(quitPosted_);
@@ -174,7 +176,7 @@ TEST_F(MainWindowTest, ExitCommandRemovesTheIconAndQuits) {
 }
 
 TEST_F(MainWindowTest, AutoStartStaysHiddenUntilAPageCommand) {
-  AutoStarted = 1;
+  switches_.autoStarted = true;
   Open();
   EXPECT_FALSE(Window().IsVisible()) << "the first paint hides it";
   Window().Show(SW_SHOW);
@@ -183,7 +185,7 @@ TEST_F(MainWindowTest, AutoStartStaysHiddenUntilAPageCommand) {
   EXPECT_FALSE(Window().IsVisible()) << "every paint hides it while started at log-on";
 
   Command(20003);
-  EXPECT_EQ(AutoStarted, 0);
+  EXPECT_FALSE(Window().StaysHidden());
   EXPECT_TRUE(Window().IsVisible());
   InvalidateRect(Main(), nullptr, TRUE);
   UpdateWindow(Main());
@@ -214,7 +216,8 @@ TEST_F(MainWindowTest, ShredPathOnTheCommandLineSelectsTheShredderTab) {
   testing::TempFolder folder;
   const std::wstring file = folder / L"old.doc";
   ASSERT_TRUE(testing::WriteFileBytes(file, "x"));
-  ShredPathArgument = file;
+  switches_.hasShredPath = true;
+  switches_.shredPath = file;
   Open();
   EXPECT_EQ(Window().Tabs().Selected(), 2);
   EXPECT_EQ(VisiblePages(), (Pages{false, false, true, false}));
@@ -226,25 +229,35 @@ void CALLBACK CloseMenu(HWND, UINT, UINT_PTR timer, DWORD) {
   EndMenu();
 }
 
-TEST_F(MainWindowTest, IconClicksAreIgnoredWhileAnyWorkRuns) {
+TEST_F(MainWindowTest, IconClicksAreIgnoredWhileAScanOrAJunkSearchRuns) {
   Open();
   Window().Show(SW_HIDE);
-  for (std::atomic<int>* flag : {&ScanBusy, &EraseDialogOpen, &JunkSearchRunning}) {
-    *flag = 1;
+  const auto clicksIgnored = [this](const char* during) {
     SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_LBUTTONDBLCLK);
     SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_RBUTTONUP);
     Pump();
-    EXPECT_FALSE(Window().IsVisible());
-    EXPECT_FALSE(Window().Tray().MenuBuilt());
-    *flag = 0;
+    EXPECT_FALSE(Window().IsVisible()) << during;
+    EXPECT_FALSE(Window().Tray().MenuBuilt()) << during;
+  };
+  {
+    const testing::HeldThreads held;
+    StartHeldScan(held);
+    clicksIgnored("a scan");
   }
+  Window().ScanPage().WaitForWorker();
+  {
+    const testing::HeldThreads held;
+    StartHeldJunkSearch(held);
+    clicksIgnored("a junk search");
+  }
+  ASSERT_TRUE(PumpUntil([this] { return !Window().JunkPage().Searching(); }));
+
   SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId + 1, WM_LBUTTONDBLCLK);
   EXPECT_FALSE(Window().IsVisible()) << "another icon's clicks are not ours";
 
-  AutoStarted = 1;
   SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_LBUTTONDBLCLK);
   EXPECT_TRUE(Window().IsVisible());
-  EXPECT_EQ(AutoStarted, 0);
+  EXPECT_FALSE(Window().StaysHidden());
 
   ASSERT_NE(SetTimer(nullptr, 0, 300, CloseMenu), 0u);
   SendMessageW(Main(), kTrayCallbackMessage, kTrayIconId, WM_RBUTTONUP);
@@ -256,10 +269,13 @@ TEST_F(MainWindowTest, OneClickEraseIsRefusedDuringAScan) {
   testing::TempFolder folder;
   ASSERT_TRUE(testing::WriteFileBytes(folder / L"setting.ini", "[OneClickItem]\r\nOneClickItems=0\r\n"));
   Window().ScanPage().SetSettingsFile(CIniFileRW::AtPath(folder / L"setting.ini"));  // an erase of nothing
-  ScanBusy = 1;
-  Command(20006);
-  EXPECT_EQ(Window().ScanPage().OneClickRequests(), 0);
-  ScanBusy = 0;
+  {
+    const testing::HeldThreads held;
+    StartHeldScan(held);
+    Command(20006);
+    EXPECT_EQ(Window().ScanPage().OneClickRequests(), 0);
+  }
+  Window().ScanPage().WaitForWorker();
   Command(20006);
   EXPECT_EQ(Window().ScanPage().OneClickRequests(), 1);
   Window().ScanPage().WaitForWorker();

@@ -1,11 +1,12 @@
 // The scheduled scan: the 60-second tick against an injected local time.
 #include "app/DlgOptions.h"
-#include "junk/JunkState.h"
-#include "scan/ScanState.h"
+#include "app/Scheduler.h"
 #include "tests/shell/ShellTestSupport.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <climits>
 
 namespace lumenor {
 namespace {
@@ -37,7 +38,7 @@ class SchedulerTick : public MainWindowTest {
   // Ticks once at `time` and answers how many one-click erases it started. The page's
   // one-click list is empty here, so a started erase erases nothing.
   int TickAt(const OptionValues& options, const SYSTEMTIME& time) {
-    Options = options;
+    Window().OptionsInForce() = options;
     now_ = time;
     CDlgScan& page = Window().ScanPage();
     page.SetSettingsFile(oneClickList_);
@@ -97,21 +98,42 @@ TEST_F(SchedulerTick, NothingFiresWhenSwitchedOffOrSuspended) {
   EXPECT_EQ(TickAt(Schedule(2, 0, 9, 38, 0), At(14, 9, 38)), 1) << "any \"every\" but 0 counts as on";
 }
 
-TEST_F(SchedulerTick, ATickIsSkippedWhileAnEraseOrAJunkSearchRuns) {
+TEST_F(SchedulerTick, ATickIsSkippedWhileAScanOrAJunkSearchRuns) {
   Open();
   const OptionValues daily = Schedule(1, 0, 9, 38, 0);
-  EraseDialogOpen = 1;
-  EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 0) << "two workers would tangle the list of items";
-  EraseDialogOpen = 0;
-  JunkSearchRunning = 1;
-  EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 0);
-  JunkSearchRunning = 0;
+  {
+    const testing::HeldThreads held;
+    StartHeldScan(held);
+    Window().OptionsInForce() = daily;
+    now_ = At(14, 9, 38);
+    const int before = Window().ScanPage().OneClickRequests();
+    SendMessageW(Main(), WM_TIMER, CPcDlg::kSchedulerTimer, 0);
+    EXPECT_EQ(Window().ScanPage().OneClickRequests(), before) << "two workers would tangle the list of items";
+  }
+  Window().ScanPage().WaitForWorker();
+  {
+    const testing::HeldThreads held;
+    StartHeldJunkSearch(held);
+    EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 0);
+  }
+  ASSERT_TRUE(PumpUntil([this] { return !Window().JunkPage().Searching(); }));
   EXPECT_EQ(TickAt(daily, At(14, 9, 38)), 1);
+}
+
+TEST(ScheduledScanDue, HoursOutOfRangeAreTakenAsTheyStandWithoutOverflow) {
+  for (const int hour : {INT_MAX, INT_MAX - 11, INT_MAX - 12}) {
+    for (const WORD now : {0, 11, 12, 23}) {
+      EXPECT_FALSE(ScheduledScanDue(Schedule(1, 0, hour, 38, 1), At(14, now, 38))) << hour << " PM at " << now;
+    }
+  }
+  EXPECT_TRUE(ScheduledScanDue(Schedule(1, 0, -12, 38, 1), At(14, 0, 38))) << "-12 PM reads as 0:38, as ever";
+  EXPECT_TRUE(ScheduledScanDue(Schedule(1, 0, 14, 38, 0), At(14, 14, 38))) << "14 AM reads as 14:38, as ever";
+  EXPECT_FALSE(ScheduledScanDue(Schedule(1, 0, INT_MIN, 38, 1), At(14, 0, 38)));
 }
 
 TEST_F(SchedulerTick, FiringShowsTheBalloonBeforeTheErasesStagesTakeOver) {
   Open();
-  Options = Schedule(1, 0, 9, 38, 0);
+  Window().OptionsInForce() = Schedule(1, 0, 9, 38, 0);
   now_ = At(14, 9, 38);
   Window().ScanPage().SetSettingsFile(oneClickList_);
   SendMessageW(Main(), WM_TIMER, CPcDlg::kSchedulerTimer, 0);

@@ -89,8 +89,8 @@ TEST_F(SettingsPage, ShowsTheDefaultFileWithTheTimeListsFilledAndDisabled) {
   EXPECT_FALSE(Ticked(IDC_OPTIONS_SCAN_EVERY));
   EXPECT_FALSE(Ticked(IDC_OPTIONS_EXIT));
   EXPECT_TRUE(Ticked(IDC_OPTIONS_TRAY));
-  EXPECT_EQ(Entries(IDC_OPTIONS_DAY), (std::vector<std::wstring>{L"Day", L"Sunday", L"Monday", L"Tuesday",
-                                                                  L"Wednesday", L"Thursday", L"Friday", L"Saturday"}));
+  EXPECT_EQ(Entries(IDC_OPTIONS_DAY), (std::vector<std::wstring>{L"Day", L"Sunday", L"Monday", L"Tuesday", L"Wednesday",
+                                                                 L"Thursday", L"Friday", L"Saturday"}));
   const std::vector<std::wstring> hours = Entries(IDC_OPTIONS_HOUR);
   ASSERT_EQ(hours.size(), 12u);
   EXPECT_EQ(hours.front(), L"0");
@@ -99,8 +99,7 @@ TEST_F(SettingsPage, ShowsTheDefaultFileWithTheTimeListsFilledAndDisabled) {
   ASSERT_EQ(minutes.size(), 60u);
   EXPECT_EQ(minutes.back(), L"59");
   EXPECT_EQ(Entries(IDC_OPTIONS_WHEN), (std::vector<std::wstring>{L"AM", L"PM"}));
-  EXPECT_EQ(ShownTime(),
-            (std::vector<int>{0, 9, 38, 0}));
+  EXPECT_EQ(ShownTime(), (std::vector<int>{0, 9, 38, 0}));
   EXPECT_EQ(TimeListsEnabled(), kAllOff);
 
   Click(IDC_OPTIONS_SCAN_EVERY);
@@ -110,14 +109,58 @@ TEST_F(SettingsPage, ShowsTheDefaultFileWithTheTimeListsFilledAndDisabled) {
   EXPECT_TRUE(messageBoxes_.empty());
 }
 
+TEST_F(SettingsPage, BoxesLabelsAndFrameTitlesLetThePagesOwnBackgroundShowThrough) {
+  OpenWith("");
+  const HWND page = Window().OptionsPage().Handle();
+  RECT client{};
+  ASSERT_TRUE(GetClientRect(page, &client));
+  const HDC screen = GetDC(page);
+  // The page as it paints itself, panel and all.
+  const HDC pageDc = CreateCompatibleDC(screen);
+  const HBITMAP pageBitmap = CreateCompatibleBitmap(screen, client.right, client.bottom);
+  const HGDIOBJ pagePrevious = SelectObject(pageDc, pageBitmap);
+  SendMessageW(page, WM_ERASEBKGND, reinterpret_cast<WPARAM>(pageDc), 0);
+  for (const int id : {IDC_OPTIONS_GENERAL_FRAME, IDC_OPTIONS_RUN_AT_STARTUP, IDC_OPTIONS_AUTO_UPDATE,
+                       IDC_OPTIONS_EXIT_FRAME, IDC_OPTIONS_TRAY, IDC_OPTIONS_SCAN_EVERY, IDC_OPTIONS_AT}) {
+    const HWND control = Control(id);
+    RECT box{};
+    ASSERT_TRUE(GetWindowRect(control, &box)) << id;
+    MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&box), 2);
+    const int width = box.right - box.left;
+    const int height = box.bottom - box.top;
+    // What the control fills its background with, as it asks the page for it.
+    const HDC controlDc = CreateCompatibleDC(screen);
+    const HBITMAP controlBitmap = CreateCompatibleBitmap(screen, width, height);
+    const HGDIOBJ controlPrevious = SelectObject(controlDc, controlBitmap);
+    const UINT message = id == IDC_OPTIONS_AT ? WM_CTLCOLORSTATIC : WM_CTLCOLORBTN;
+    const auto brush = reinterpret_cast<HBRUSH>(
+        SendMessageW(page, message, reinterpret_cast<WPARAM>(controlDc), reinterpret_cast<LPARAM>(control)));
+    const RECT all{0, 0, width, height};
+    FillRect(controlDc, &all, brush);
+    int differing = 0;
+    for (int y = 0; y < height; y += 2) {
+      for (int x = 0; x < width; x += 3) {
+        differing += GetPixel(controlDc, x, y) != GetPixel(pageDc, box.left + x, box.top + y) ? 1 : 0;
+      }
+    }
+    EXPECT_EQ(differing, 0) << "control " << id << " paints its own background over the page's";
+    SelectObject(controlDc, controlPrevious);
+    DeleteObject(controlBitmap);
+    DeleteDC(controlDc);
+  }
+  SelectObject(pageDc, pagePrevious);
+  DeleteObject(pageBitmap);
+  DeleteDC(pageDc);
+  ReleaseDC(page, screen);
+}
+
 TEST_F(SettingsPage, AnEmptyFileReadsAsAllOnes) {
   OpenWith("");
   for (int box : {IDC_OPTIONS_RUN_AT_STARTUP, IDC_OPTIONS_AUTO_UPDATE, IDC_OPTIONS_SCAN_EVERY}) {
     EXPECT_TRUE(Ticked(box)) << box;
   }
-  EXPECT_EQ(Options.exitOnClose + Options.trayOnClose, 2);
-  EXPECT_EQ(ShownTime(),
-            (std::vector<int>{1, 1, 1, 1}));
+  EXPECT_EQ(Window().OptionsInForce().exitOnClose + Window().OptionsInForce().trayOnClose, 2);
+  EXPECT_EQ(ShownTime(), (std::vector<int>{1, 1, 1, 1}));
   EXPECT_EQ(TimeListsEnabled(), kAllOn);
   LeavePage();
   EXPECT_TRUE(messageBoxes_.empty());
@@ -131,11 +174,10 @@ TEST_F(SettingsPage, AnEmptyFileReadsAsAllOnes) {
 
 TEST_F(SettingsPage, NumbersTheListsCannotShowAreKeptAndNotCountedAsChanges) {
   OpenWith("[Scan Schduler]\r\nevery=1\r\nday=9\r\nhour=20\r\nminute=75\r\nwhen=3\r\n");
-  EXPECT_EQ(Options.day, 9);
-  EXPECT_EQ(Options.hour, 20);
-  EXPECT_EQ(Options.minute, 75);
-  EXPECT_EQ(ShownTime(),
-            (std::vector<int>{CB_ERR, CB_ERR, CB_ERR, CB_ERR}));
+  EXPECT_EQ(Window().OptionsInForce().day, 9);
+  EXPECT_EQ(Window().OptionsInForce().hour, 20);
+  EXPECT_EQ(Window().OptionsInForce().minute, 75);
+  EXPECT_EQ(ShownTime(), (std::vector<int>{CB_ERR, CB_ERR, CB_ERR, CB_ERR}));
   LeavePage();
   EXPECT_TRUE(messageBoxes_.empty());
 
@@ -186,8 +228,7 @@ TEST_F(SettingsPage, CancelPutsEveryControlBackAndOkSavesEverything) {
   EXPECT_FALSE(Ticked(IDC_OPTIONS_SCAN_EVERY));
   EXPECT_FALSE(Ticked(IDC_OPTIONS_EXIT));
   EXPECT_TRUE(Ticked(IDC_OPTIONS_TRAY));
-  EXPECT_EQ(ShownTime(),
-            (std::vector<int>{0, 9, 38, 0}));
+  EXPECT_EQ(ShownTime(), (std::vector<int>{0, 9, 38, 0}));
   EXPECT_EQ(TimeListsEnabled(), kAllOff);
   EXPECT_EQ(Stored(L"General Settings", L"Automaticly update"), 0);
 
@@ -197,11 +238,12 @@ TEST_F(SettingsPage, CancelPutsEveryControlBackAndOkSavesEverything) {
   answer_ = IDOK;
   LeavePage();
   ASSERT_EQ(messageBoxes_.size(), 2u);
-  EXPECT_EQ(Options.autoUpdate, 1);
-  EXPECT_EQ(Options.scheduleOn, 1);
-  EXPECT_EQ(Options.exitOnClose, 1);
-  EXPECT_EQ(Options.trayOnClose, 0);
-  EXPECT_EQ((std::vector<int>{Options.day, Options.hour, Options.minute, Options.pm}),
+  EXPECT_EQ(Window().OptionsInForce().autoUpdate, 1);
+  EXPECT_EQ(Window().OptionsInForce().scheduleOn, 1);
+  EXPECT_EQ(Window().OptionsInForce().exitOnClose, 1);
+  EXPECT_EQ(Window().OptionsInForce().trayOnClose, 0);
+  EXPECT_EQ((std::vector<int>{Window().OptionsInForce().day, Window().OptionsInForce().hour,
+                              Window().OptionsInForce().minute, Window().OptionsInForce().pm}),
             (std::vector<int>{3, 4, 5, 1}));
   EXPECT_EQ(Stored(L"General Settings", L"Automaticly update"), 1);
   EXPECT_EQ(Stored(L"Scan Schduler", L"every"), 1);
@@ -224,8 +266,8 @@ TEST_F(SettingsPage, ExitAndTrayAreWrittenOnlyWhenTheyChanged) {
   file = testing::ReadFileBytes(settings_);
   EXPECT_NE(file.find("exit=1"), std::string::npos) << file;
   EXPECT_NE(file.find("tray=0"), std::string::npos) << file;
-  EXPECT_EQ(Options.exitOnClose, 1);
-  EXPECT_EQ(Options.trayOnClose, 0);
+  EXPECT_EQ(Window().OptionsInForce().exitOnClose, 1);
+  EXPECT_EQ(Window().OptionsInForce().trayOnClose, 0);
 }
 
 TEST_F(SettingsPage, AFileHoldingBothCloseChoicesIsNotAChangeTheUserMade) {
@@ -245,7 +287,7 @@ TEST_F(SettingsPage, AFailedWriteKeepsThePageCountedAsChanged) {
   Command(ID_TRAY_SETTINGS);
   Click(IDC_OPTIONS_AUTO_UPDATE);
   Click(IDC_OPTIONS_SAVE);
-  EXPECT_EQ(Options.autoUpdate, 1) << "the value in force changes only with the file";
+  EXPECT_EQ(Window().OptionsInForce().autoUpdate, 1) << "the value in force changes only with the file";
   LeavePage();
   EXPECT_EQ(messageBoxes_.size(), 1u);
 }

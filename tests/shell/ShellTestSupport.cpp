@@ -1,35 +1,26 @@
 #include "tests/shell/ShellTestSupport.h"
 
-#include "app/StartupState.h"
-#include "junk/JunkState.h"
-#include "scan/ScanState.h"
+#include "junk/JunkCatalogue.h"
+#include "res/resource.h"
 
 namespace lumenor::testing {
 
 void MainWindowTest::SetUp() {
   // No test reaches out to the real site, whatever its settings file starts.
   ASSERT_TRUE(SetEnvironmentVariableW(kMakerSiteVariable, L"http://127.0.0.1:8080"));
-  AutoStarted = 0;
-  ShredPathArgument.clear();
-  ScanBusy = 0;
-  EraseDialogOpen = 0;
-  JunkSearchRunning = 0;
 }
 
 void MainWindowTest::TearDown() {
   window_.reset();
   Pump();
-  AutoStarted = 0;
-  ShredPathArgument.clear();
-  ScanBusy = 0;
-  EraseDialogOpen = 0;
-  JunkSearchRunning = 0;
 }
 
 void MainWindowTest::Open() {
-  window_ = std::make_unique<CPcDlg>([this](const std::wstring& target, int show) {
-    opened_.push_back({target, show});
-  });
+  window_ = std::make_unique<CPcDlg>(
+      [this](const std::wstring& target, int show) {
+        opened_.push_back({target, show});
+      },
+      switches_);
   window_->SetClock([this] { return now_; });
   const MessageBoxFunction recorder = [this](HWND, const std::wstring& text, const std::wstring& caption, UINT type) {
     messageBoxes_.push_back({text, caption, type});
@@ -41,6 +32,22 @@ void MainWindowTest::Open() {
   window_->Show(SW_SHOW);
   (void)UpdateWindow(Main());
   Pump();
+}
+
+void MainWindowTest::StartHeldScan(const HeldThreads& held) {
+  CDlgScan& page = Window().ScanPage();
+  page.Selection().UntickAll();
+  page.Tree().RefreshChecks();
+  page.SetThreadStarter(held.Held());
+  SendMessageW(page.Handle(), WM_COMMAND, IDC_SCAN_START, 0);
+  ASSERT_TRUE(page.Scanning());
+}
+
+void MainWindowTest::StartHeldJunkSearch(const HeldThreads& held) {
+  CDlgJunk& page = Window().JunkPage();
+  page.ResultPage().SetThreadStarter(held.Held());
+  page.StartJunkScan(junkFolder_.Path(), AllJunkMasks());
+  ASSERT_TRUE(page.Searching());
 }
 
 void MainWindowTest::Pump() {

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "app/PcDlg.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/ThreadStarters.h"
 
 #include <gtest/gtest.h>
 
@@ -30,7 +32,7 @@ class MainWindowTest : public ::testing::Test {
   void SetUp() override;
   void TearDown() override;
 
-  // Makes and shows the main window (after the test has set the start-up state).
+  // Makes and shows the main window, started with `switches_`.
   void Open();
   // Runs the messages waiting for this thread; a quit message is noted, not acted on.
   void Pump();
@@ -40,11 +42,17 @@ class MainWindowTest : public ::testing::Test {
     SendMessageW(Main(), WM_COMMAND, static_cast<WPARAM>(id), 0);
     Pump();
   }
+  // Starts a scan of nothing, or a junk walk of an empty folder, on a thread held until
+  // `held` is released: the page's run is under way meanwhile.
+  void StartHeldScan(const HeldThreads& held);
+  void StartHeldJunkSearch(const HeldThreads& held);
   HWND Main() const { return window_->Handle(); }
   CPcDlg& Window() { return *window_; }
   // Which of the four hideable pages are visible: scan, junk, shredder, settings.
   std::vector<bool> VisiblePages();
 
+  StartupSwitches switches_;
+  TempFolder junkFolder_;
   std::unique_ptr<CPcDlg> window_;
   std::vector<OpenedPage> opened_;
   // Every message box of the settings page and the update check, answered with `answer_`.

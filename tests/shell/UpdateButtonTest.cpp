@@ -99,7 +99,8 @@ TEST_F(UpdateButton, ButtonsReportAnUpToDateProgramAndAFailedConnection) {
     LoopbackServer gone(LoopbackServer::Answer(""));
     closedPort = gone.Port();
   }
-  ASSERT_TRUE(SetEnvironmentVariableW(kMakerSiteVariable, (L"http://127.0.0.1:" + std::to_wstring(closedPort)).c_str()));
+  ASSERT_TRUE(
+      SetEnvironmentVariableW(kMakerSiteVariable, (L"http://127.0.0.1:" + std::to_wstring(closedPort)).c_str()));
   Command(IDC_MAIN_UPDATE);
   ASSERT_TRUE(CheckEnded());
   ASSERT_EQ(messageBoxes_.size(), 2u);
@@ -126,6 +127,27 @@ TEST_F(UpdateButton, AServerThatNeverAnswersHoldsNeitherTheWindowNorASecondCheck
   EXPECT_EQ(silent.Requests(), 1) << "clicks while a check runs start no other";
   EXPECT_TRUE(messageBoxes_.empty());
   window_.reset();  // the waiting check is left behind; its answer has nowhere to go
+}
+
+TEST_F(UpdateButton, ACheckWhoseThreadCannotStartSaysSoWhenAskedAndTheNextClickTriesAgain) {
+  LoopbackServer server(Description("3.1"));
+  OpenAgainst(server, 0);
+  Window().UpdateCheck().SetThreadStarter(testing::FailingThreadStarter());
+  EXPECT_FALSE(Window().UpdateCheck().Start(UpdateCheckRunner::Mode::kSilent));
+  EXPECT_TRUE(messageBoxes_.empty()) << "the silent check says nothing";
+  Command(IDC_MAIN_UPDATE);
+  EXPECT_FALSE(Window().UpdateCheck().Running());
+  ASSERT_EQ(messageBoxes_.size(), 1u);
+  EXPECT_EQ(messageBoxes_[0].text,
+            L"Lumenor could not start this task: Windows has no room for another thread. Nothing was changed.");
+  EXPECT_EQ(messageBoxes_[0].type, static_cast<UINT>(MB_OK | MB_ICONWARNING));
+  EXPECT_EQ(server.Requests(), 0);
+
+  Window().UpdateCheck().SetThreadStarter(controls::StartSystemThread);
+  Command(IDC_MAIN_UPDATE);
+  ASSERT_TRUE(CheckEnded());
+  ASSERT_EQ(messageBoxes_.size(), 2u);
+  EXPECT_EQ(messageBoxes_[1].text, L"There are no updates available at this time.\n Your Lumenor is up-to-date.");
 }
 
 }  // namespace

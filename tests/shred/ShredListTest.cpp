@@ -47,8 +47,9 @@ TEST(ShredList, NameAndFolderAreSplitAtTheLastBackslashSoNoOtherFileIsReached) {
   ShredList list;
   ASSERT_EQ(list.AddFile(root / L"b.txt_dir\\b.txt"), AddResult::kAdded);
   ASSERT_EQ(list.Targets().size(), 1u);
-  EXPECT_EQ(list.Targets()[0].folder, root / L"b.txt_dir\\");
-  EXPECT_EQ(list.Targets()[0].name, L"b.txt");
+  EXPECT_EQ(list.Targets()[0].Folder(), root / L"b.txt_dir\\");
+  EXPECT_EQ(list.Targets()[0].Name(), L"b.txt");
+  EXPECT_EQ(list.Targets()[0].file.ForApi(), L"\\\\?\\" + root / L"b.txt_dir\\b.txt") << "made once, when listed";
   NoReports reports;
   EXPECT_EQ(RunShredJob(list.Targets(), ShredMethod::kQuick, reports, StopToken()), ShredJobEnd::kDone);
   EXPECT_EQ(reports.shredded, 1);
@@ -123,7 +124,7 @@ TEST(ShredList, OfTwoFilesNamedAlikeOnlyTheListedOneIsShredded) {
       << ::testing::PrintToString(refused);
   std::vector<ShredTarget> chosen;
   for (const ShredTarget& target : list.Targets()) {
-    if (target.name == L"a.") chosen.push_back(target);
+    if (target.Name() == L"a.") chosen.push_back(target);
   }
   ASSERT_EQ(chosen.size(), 1u);
   EXPECT_EQ(chosen[0].size, 6u) << "the size of the dotted file, not of its twin";
@@ -158,6 +159,26 @@ TEST(ShredList, AFolderListsEveryFileOfItsTreeEachWithItsOwnFolder) {
   ASSERT_TRUE(SetFileAttributesW((root / L"tree\\locked.txt").c_str(), FILE_ATTRIBUTE_NORMAL));
 }
 
+TEST(ShredList, AFolderDeeperThanMaxPathIsWalkedWholeOnTheHeap) {
+  TempFolder root;
+  std::wstring folder = root.Path();
+  for (int level = 0; level < 120; ++level) {
+    folder += L"level" + std::to_wstring(level) + L"\\";
+    ASSERT_TRUE(CreateDirectoryW(ForFileApi(folder).c_str(), nullptr)) << "level " << level;
+  }
+  ASSERT_GT(folder.size(), static_cast<size_t>(MAX_PATH));
+  ASSERT_TRUE(testing::WriteFileBytes(ForFileApi(folder + L"bottom.txt"), "deep"));
+  const auto admitted = testing::Admitted(root.Path());
+  ASSERT_TRUE(admitted);
+  ShredList list;
+  std::vector<Refusal> refusals;
+  EXPECT_EQ(list.AddFolder(*admitted, [&](const Refusal& refusal) { refusals.push_back(refusal); }), 1u);
+  ASSERT_EQ(list.Targets().size(), 1u);
+  EXPECT_EQ(list.Targets()[0].Path(), folder + L"bottom.txt");
+  EXPECT_EQ(list.Targets()[0].size, 4u);
+  EXPECT_TRUE(refusals.empty());
+}
+
 // The harness lays out links on E: whose targets each hold canary.txt.
 class LinkFixtures : public ::testing::Test {
  protected:
@@ -187,7 +208,7 @@ TEST_F(LinkFixtures, AFileThatIsALinkIsNeverListedOrShredded) {
   EXPECT_EQ(refusal.failure, ShredFailure::kLink);
 
   // Listed as a plain file, then the link found by the job itself.
-  const ShredTarget target{L"E:\\link-fixtures\\files\\", L"file-link.txt", 12};
+  const ShredTarget target{ReadFolderPath(L"E:\\link-fixtures\\files\\")->Entry(L"file-link.txt"), 12};
   NoReports reports;
   EXPECT_EQ(RunShredJob(std::span(&target, 1), ShredMethod::kThorough, reports, StopToken()), ShredJobEnd::kDone);
   EXPECT_EQ(reports.failed, 1);

@@ -2,6 +2,7 @@
 // folders and files it refuses and says why, Cancel File and Cancel All, the question
 // before shredding, the running look and Stop.
 #include "tests/support/TempFolder.h"
+#include "tests/support/ThreadStarters.h"
 #include "tests/support/TraceFixtures.h"
 
 #include "res/resource.h"
@@ -13,9 +14,13 @@
 #include <commctrl.h>
 #include <windows.h>
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <functional>
+#include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace lumenor {
@@ -58,6 +63,17 @@ class ShredPage : public ::testing::Test {
     return true;
   }
   void Click(int id) { SendMessageW(page_.Handle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0); }
+  // Add Directory as the button does it, then the walk on the worker to its end.
+  void AddFolderAndWait(const std::wstring& folder) {
+    if (page_.AddFolder(folder)) {
+      ASSERT_TRUE(PumpUntil([&] { return !page_.Running(); }));
+    }
+  }
+  std::vector<std::wstring> ListedPaths() const {
+    std::vector<std::wstring> paths;
+    for (int row = 0; row < page_.List().RowCount(); ++row) paths.push_back(Row(row)[1] + Row(row)[0]);
+    return paths;
+  }
   bool Enabled(int id) const { return IsWindowEnabled(GetDlgItem(page_.Handle(), id)) != FALSE; }
   std::vector<std::wstring> Row(int row) const {
     return {page_.List().RowText(row, 0), page_.List().RowText(row, 1), page_.List().RowText(row, 2)};
@@ -129,9 +145,8 @@ TEST_F(ShredPage, AddDirectoryListsTheTreeAndNeverAFileThroughALink) {
     GTEST_SKIP() << "no link fixtures here (they come with the Wine test harness)";
   }
   MakeFile(L"E:\\link-fixtures\\clean\\sub\\page.txt", "page");
-  page_.AddFolder(L"E:\\link-fixtures");
-  std::vector<std::wstring> paths;
-  for (int row = 0; row < page_.List().RowCount(); ++row) paths.push_back(Row(row)[1] + Row(row)[0]);
+  AddFolderAndWait(L"E:\\link-fixtures");
+  const std::vector<std::wstring> paths = ListedPaths();
   EXPECT_NE(std::find(paths.begin(), paths.end(), L"E:\\link-fixtures\\clean\\sub\\page.txt"), paths.end());
   for (const std::wstring& path : paths) {
     EXPECT_EQ(path.find(L"-link"), std::wstring::npos) << "listed through a link: " << ::testing::PrintToString(path);
@@ -139,6 +154,106 @@ TEST_F(ShredPage, AddDirectoryListsTheTreeAndNeverAFileThroughALink) {
   ASSERT_EQ(told_.size(), 1u);
   EXPECT_NE(told_[0].find(L"E:\\link-fixtures\\files\\file-link.txt (link)"), std::wstring::npos) << told_[0];
   page_.List().DeleteAll();
+}
+
+// A tree big enough that walking it takes the worker a while.
+class BigTree {
+ public:
+  static constexpr int kFolders = 20;
+  static constexpr int kFilesPerFolder = 40;
+  BigTree() {
+    for (int folder = 0; folder < kFolders; ++folder) {
+      const std::wstring path =
+          root_ / (L"d" + std::to_wstring(folder % 4) + L"\\sub" + std::to_wstring(folder) + L"\\");
+      for (int file = 0; file < kFilesPerFolder; ++file) {
+        const std::wstring name = path + L"f" + std::to_wstring(file) + L".bin";
+        MakeFile(name, "x");
+        files_.insert(name);
+      }
+    }
+  }
+  const std::wstring& Root() const { return root_.Path(); }
+  const std::set<std::wstring>& Files() const { return files_; }
+
+ private:
+  TempFolder root_;
+  std::set<std::wstring> files_;
+};
+
+TEST_F(ShredPage, AddDirectoryWalksABigTreeOnTheWorkerWhileTheWindowAnswers) {
+  const BigTree tree;
+  const std::wstring first = *tree.Files().begin();
+  ASSERT_TRUE(page_.AddPath(first));  // listed before: still one row afterwards
+
+  std::atomic<bool> walkStarted{false};
+  std::atomic<ULONGLONG> roundTripMs{~0ull};
+  std::atomic<bool> answeredWhileWalking{false};
+  std::thread user([&] {
+    while (!walkStarted) Sleep(1);
+    const ULONGLONG start = GetTickCount64();
+    DWORD_PTR answer = 0;
+    if (SendMessageTimeoutW(page_.Handle(), WM_NULL, 0, 0, SMTO_NORMAL, 5000, &answer) != 0) {
+      roundTripMs = GetTickCount64() - start;
+      answeredWhileWalking = page_.Running();
+    }
+  });
+  ASSERT_TRUE(page_.AddFolder(tree.Root()));
+  const bool runningOnReturn = page_.Running();
+  walkStarted = true;
+  EXPECT_TRUE(runningOnReturn) << "Add Directory came back before the walk was done";
+  EXPECT_FALSE(Enabled(IDC_SHRED_ADD_FILE)) << "the list is the walk's while it runs";
+  EXPECT_TRUE(Enabled(IDC_SHRED_SHRED)) << "as Stop";
+  ASSERT_TRUE(PumpUntil([&] { return !page_.Running(); }));
+  user.join();
+  EXPECT_LT(roundTripMs.load(), 1000u) << "the window's thread answered a message during the walk";
+  if (!answeredWhileWalking) std::printf("note: the walk ended before the round trip came back\n");
+
+  const std::vector<std::wstring> listed = ListedPaths();
+  EXPECT_EQ(listed.size(), tree.Files().size()) << "every file once, the one listed before included";
+  EXPECT_EQ(std::set<std::wstring>(listed.begin(), listed.end()), tree.Files());
+  EXPECT_TRUE(Enabled(IDC_SHRED_ADD_FILE));
+  EXPECT_TRUE(told_.empty());
+}
+
+TEST_F(ShredPage, StopEndsTheWalkOfAddDirectoryAndKeepsWhatItListed) {
+  const BigTree tree;
+  {
+    // Stop is pressed before the walk's thread gets going: it ends at its first entry.
+    const testing::HeldThreads held;
+    page_.SetThreadStarter(held.Held());
+    ASSERT_TRUE(page_.AddFolder(tree.Root()));
+    Click(IDC_SHRED_SHRED);
+    EXPECT_TRUE(asked_.empty()) << "Stop asks nothing";
+  }
+  ASSERT_TRUE(PumpUntil([&] { return !page_.Running(); }));
+  EXPECT_LE(page_.List().RowCount(), 1);
+  for (const std::wstring& path : ListedPaths()) EXPECT_TRUE(tree.Files().contains(path)) << path;
+  EXPECT_TRUE(Enabled(IDC_SHRED_ADD_FOLDER));
+
+  page_.SetThreadStarter(controls::StartSystemThread);
+  AddFolderAndWait(tree.Root());
+  EXPECT_EQ(page_.List().RowCount(), static_cast<int>(tree.Files().size())) << "a later walk lists the rest";
+}
+
+TEST_F(ShredPage, AWalkOrAJobWhoseThreadCannotStartSaysSoAndTouchesNothing) {
+  TempFolder root;
+  MakeFile(root / L"a.txt", "aaa");
+  page_.SetThreadStarter(testing::FailingThreadStarter());
+  EXPECT_FALSE(page_.AddFolder(root.Path()));
+  EXPECT_FALSE(page_.Running());
+  EXPECT_EQ(page_.List().RowCount(), 0);
+  ASSERT_EQ(told_.size(), 1u);
+  EXPECT_EQ(told_[0],
+            L"Lumenor could not start this task: Windows has no room for another thread. Nothing was changed.");
+
+  ASSERT_TRUE(page_.AddPath(root / L"a.txt"));
+  Click(IDC_SHRED_SHRED);
+  EXPECT_EQ(asked_.size(), 1u);
+  EXPECT_FALSE(page_.Running());
+  EXPECT_EQ(told_.size(), 2u);
+  EXPECT_EQ(page_.List().RowCount(), 1) << "the row stays: its file was not shredded";
+  EXPECT_EQ(testing::ReadFileBytes(root / L"a.txt"), "aaa");
+  for (const int id : kSevenControls) EXPECT_TRUE(Enabled(id)) << "control " << id;
 }
 
 TEST_F(ShredPage, CancelFileRemovesEverySelectedRowAndCancelAllTheRestLeavingTheFiles) {

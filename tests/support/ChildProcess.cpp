@@ -49,11 +49,39 @@ std::vector<HWND> TopLevelWindowsOf(DWORD processId) {
   return search.windows;
 }
 
+BOOL WINAPI SwallowCtrlC(DWORD event) { return event == CTRL_C_EVENT ? TRUE : FALSE; }
+
+// A console for this test alone, with its output kept where it was.
+void UseConsoleOfOwn() {
+  const DWORD streams[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
+  HANDLE kept[3] = {};
+  for (int index = 0; index < 3; ++index) kept[index] = GetStdHandle(streams[index]);
+  FreeConsole();
+  AllocConsole();
+  for (int index = 0; index < 3; ++index) SetStdHandle(streams[index], kept[index]);
+  SetConsoleCtrlHandler(SwallowCtrlC, TRUE);
+}
+
 }  // namespace
 
 std::wstring ProgramBesideTest(std::wstring_view name) { return ModuleFolder() + std::wstring(name); }
 
 ProgramResult RunProgram(const std::wstring& program, std::wstring_view arguments, DWORD timeoutMs) {
+  bool unused = false;
+  return RunProgramAndPressCtrlC(program, arguments, nullptr, unused, timeoutMs);
+}
+
+ProgramResult RunProgramAndPressCtrlC(const std::wstring& program, std::wstring_view arguments,
+                                      const std::function<bool()>& ready, bool& delivered, DWORD timeoutMs) {
+  delivered = false;
+  if (ready) {
+    // Ctrl+C on a console of the test's own reaches the test, which swallows it, and the
+    // program, and no one else (Wine before 9 sends no Ctrl+Break, and a program in a
+    // group of its own ignores Ctrl+C). Made before the pipes, so that the console's
+    // host inherits none of them.
+    static const bool ownConsole = (UseConsoleOfOwn(), true);  // once: a second would close the first
+    (void)ownConsole;
+  }
   ProgramResult result;
   SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
   HANDLE outRead = nullptr, outWrite = nullptr, errRead = nullptr, errWrite = nullptr;
@@ -78,6 +106,15 @@ ProgramResult RunProgram(const std::wstring& program, std::wstring_view argument
   if (started) {
     std::thread outReader(DrainPipe, outRead, std::ref(result.out));
     std::thread errReader(DrainPipe, errRead, std::ref(result.err));
+    if (ready) {
+      const ULONGLONG start = GetTickCount64();
+      while (WaitForSingleObject(process.hProcess, 5) == WAIT_TIMEOUT && GetTickCount64() - start < timeoutMs) {
+        if (ready()) {
+          delivered = GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != FALSE;
+          break;
+        }
+      }
+    }
     result.finished = WaitForSingleObject(process.hProcess, timeoutMs) == WAIT_OBJECT_0;
     if (!result.finished) {
       TerminateProcess(process.hProcess, 1);

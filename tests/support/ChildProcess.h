@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,12 @@ struct ProgramResult {
 
 // Runs `program` with `arguments` to its end, collecting its standard output and error.
 ProgramResult RunProgram(const std::wstring& program, std::wstring_view arguments, DWORD timeoutMs = 60000);
+
+// The same, on a console of this test's own that the program shares, where Ctrl+C is
+// pressed once `ready` says so (asked every few milliseconds while the program runs). The
+// test swallows the press from then on. `delivered` tells whether the console took it.
+ProgramResult RunProgramAndPressCtrlC(const std::wstring& program, std::wstring_view arguments,
+                                      const std::function<bool()>& ready, bool& delivered, DWORD timeoutMs = 60000);
 
 // A program left running while the test does other things; ended at destruction if it
 // is still running.
