@@ -439,8 +439,7 @@ bool CDlgScan::OnCommand(int id, int code, HWND control) {
       return true;
     case IDC_SCAN_COOKIES_TO_KEEP:
       // The hosts of the last scan, once its worker has ended; none while one runs.
-      runCookiesDialog_(window_, settings_,
-                        run_ && !Busy() ? run_->CookieHostsFound() : std::vector<std::wstring>());
+      runCookiesDialog_(window_, settings_, run_ && !Busy() ? run_->CookieHostsFound() : std::vector<std::wstring>());
       return true;
     default:
       return CDialog::OnCommand(id, code, control);
