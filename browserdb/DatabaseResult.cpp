@@ -24,4 +24,19 @@ std::wstring_view FailureReason(DatabaseFailure failure) {
   return L"stopped";
 }
 
+std::wstring DatabaseLineText(DatabaseContent content, const DatabaseLine& line) {
+  const auto counted = [](uint64_t count, std::wstring_view one, std::wstring_view many) {
+    return std::to_wstring(count) + L" " + std::wstring(count == 1 ? one : many);
+  };
+  switch (content) {
+    case DatabaseContent::kCookies:
+      return line.label + L" (" + counted(line.rows, L"cookie", L"cookies") + L")";
+    case DatabaseContent::kHistory:
+      return counted(line.rows, L"visit", L"visits") + L", " + counted(line.places, L"address", L"addresses");
+    case DatabaseContent::kFormData:
+      break;
+  }
+  return counted(line.rows, L"form entry", L"form entries");
+}
+
 }  // namespace lumenor

@@ -39,6 +39,13 @@ struct DatabaseScan {
   std::vector<DatabaseLine> lines;  // none when the file is missing or holds nothing to delete
 };
 
+// What a database's scan lines count, for the words a row of the results shows.
+enum class DatabaseContent { kCookies, kHistory, kFormData };
+
+// A scan line as a row of the results: "example.org (3 cookies)", "12 visits, 4 addresses",
+// "7 form entries".
+std::wstring DatabaseLineText(DatabaseContent content, const DatabaseLine& line);
+
 struct DatabaseErase {
   DatabaseFailure failure = DatabaseFailure::kNone;
   // Every row deleted, in every table. Rows can be deleted and the erase still fail: when

@@ -40,9 +40,10 @@ endfunction()
 # The pictures that res/artwork.rc names: the resource compiler reports no dependency on
 # them, so a redrawn picture would otherwise not be compiled in again.
 file(GLOB LUMENOR_ARTWORK_FILES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/art/*)
-# Nor on the resource scripts, headers and the manifest that res/lumenor.rc includes.
+# Nor on the resource scripts, headers, the manifest and the built-in rules that
+# res/lumenor.rc includes.
 file(GLOB LUMENOR_RESOURCE_PARTS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/res/*.rc ${PROJECT_SOURCE_DIR}/res/*.h
-     ${PROJECT_SOURCE_DIR}/res/*.manifest)
+     ${PROJECT_SOURCE_DIR}/res/*.manifest ${PROJECT_SOURCE_DIR}/res/rules/*.xml)
 
 # Resources are linked into each executable (a resource object inside a static library
 # would be dropped by the linker).

@@ -161,7 +161,7 @@ class Planner {
         Skip(check.folder.empty() ? folder : check.folder, check.verdict, L"");
         continue;
       }
-      plan_.databases.push_back({action.name, check.folder + name, action.parameters, 0});
+      plan_.databases.push_back({action.name, check.folder + name, action.parameters, 0, {}});
     }
   }
 

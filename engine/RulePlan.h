@@ -55,6 +55,8 @@ struct PlannedDatabase {
   std::wstring file;    // the exact path
   std::vector<std::pair<std::wstring, std::wstring>> parameters;
   uint64_t bytesFound = 0;  // what the scan found, for the erase to report
+  // A cookie action's scan: the hosts whose cookies the erase would delete.
+  std::vector<std::wstring> hostsFound;
 };
 
 // Files an item leaves alone: those of `folder` (and, when `below`, of every folder under

@@ -417,12 +417,10 @@ void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::
 // A database line as a row: the host and its cookies, or the count of what goes.
 std::wstring DatabaseRowName(const PlannedDatabase& database, const DatabaseLine& line) {
   if (database.action == L"firefox-cookies" || database.action == L"chromium-cookies") {
-    return line.label + L" (" + std::to_wstring(line.rows) + (line.rows == 1 ? L" cookie)" : L" cookies)");
+    return DatabaseLineText(DatabaseContent::kCookies, line);
   }
-  if (database.action == L"firefox-history") {
-    return std::to_wstring(line.rows) + L" visits, " + std::to_wstring(line.places) + L" addresses";
-  }
-  if (database.action == L"chromium-form-data") return std::to_wstring(line.rows) + L" form entries";
+  if (database.action == L"firefox-history") return DatabaseLineText(DatabaseContent::kHistory, line);
+  if (database.action == L"chromium-form-data") return DatabaseLineText(DatabaseContent::kFormData, line);
   return line.label;
 }
 
@@ -461,8 +459,10 @@ void ScanRuleItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const Rule
       refusals.Tell(database.file, FolderVerdict::kAllowed, FailureReason(scan.failure));
       continue;
     }
+    const bool cookies = database.action == L"firefox-cookies" || database.action == L"chromium-cookies";
     for (const DatabaseLine& line : scan.lines) {
       database.bytesFound += line.bytes;
+      if (cookies) database.hostsFound.push_back(line.label);
       ReportTrace(run, item, sink, database.file, DatabaseRowName(database, line), false, line.bytes);
     }
   }

@@ -2,6 +2,8 @@
 
 #include "engine/RulePlan.h"
 
+#include <algorithm>
+
 namespace lumenor {
 
 ScanRun::ScanRun(const std::vector<const CMyObject*>& items, const rules::RuleBook* rules) {
@@ -51,6 +53,25 @@ int ScanRun::ItemsWithTraces() const {
   int items = 0;
   for (const Item& item : items_) items += FoundCount(*item.node) > 0 ? 1 : 0;
   return items;
+}
+
+std::vector<std::wstring> ScanRun::CookieHostsFound() const {
+  std::vector<std::wstring> hosts;
+  for (const Item& item : items_) {
+    if (item.plan == nullptr) continue;
+    for (const PlannedDatabase& database : item.plan->databases) {
+      for (const std::wstring& host : database.hostsFound) {
+        std::wstring name = host.starts_with(L'.') ? host.substr(1) : host;
+        // Hosts are stored in their ASCII form; they compare without regard to case.
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; });
+        if (!name.empty()) hosts.push_back(std::move(name));
+      }
+    }
+  }
+  std::sort(hosts.begin(), hosts.end());
+  hosts.erase(std::unique(hosts.begin(), hosts.end()), hosts.end());
+  return hosts;
 }
 
 }  // namespace lumenor

@@ -16,6 +16,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -70,6 +71,9 @@ class ScanRun {
   // The cookies the run's database actions leave in place.
   CookieKeepList& CookiesToKeep() { return cookiesToKeep_; }
   const CookieKeepList& CookiesToKeep() const { return cookiesToKeep_; }
+  // The hosts whose cookies the scan found to delete, without a leading dot, each once, in
+  // alphabetical order: what a user may choose to keep. Read once the scan has ended.
+  std::vector<std::wstring> CookieHostsFound() const;
 
  private:
   struct Counter {

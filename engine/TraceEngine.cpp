@@ -3,11 +3,16 @@
 #include "catalogue/ItemIds.h"
 #include "engine/FilePath.h"
 #include "engine/FileTraces.h"
+#include "engine/FirefoxStores.h"
+#include "engine/NeverDelete.h"
 #include "engine/Registry.h"
 #include "engine/RegistryTraces.h"
 #include "engine/UrlHistory.h"
 
 #include <windows.h>
+
+#include <algorithm>
+#include <vector>
 
 namespace lumenor {
 
@@ -51,6 +56,108 @@ void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::
   sink.TraceFound(trace);
 }
 
+// Whether a location of the item names one of Firefox's databases that may have to stay
+// (or its journal). "cookies.sqlite" only while a domain is kept: otherwise it goes as a
+// file, as it always has.
+bool IsFirefoxStoreLocation(unsigned itemId, const LocationRecord& location, const CookieKeepList& keep) {
+  std::optional<FirefoxStore> store = FirefoxStoreOf(itemId, location.selector);
+  if (!store) store = FirefoxStoreJournalOf(itemId, location.selector);
+  return store && (*store != FirefoxStore::kCookies || !keep.Empty());
+}
+
+// A Firefox database, or its journal, found in a store location, and how it is treated.
+struct FoundStoreFile {
+  std::wstring folder;
+  std::wstring name;
+  uint64_t bytes = 0;
+  FirefoxStore store = FirefoxStore::kPlaces;
+  bool isJournal = false;
+  StoreUse use;
+};
+
+std::vector<FoundStoreFile> FindStoreFiles(const ScanRun::Item& item, const SafeFolder& folder,
+                                           const LocationRecord& location, const CookieKeepList& keep,
+                                           const StopToken& stop) {
+  std::vector<FoundStoreFile> found;
+  const unsigned id = item.node->Id();
+  ScanFileLocation(folder, location.selector, location.kind, stop,
+                   [&](std::wstring_view where, std::wstring_view fileName, uint64_t bytes) {
+                     FoundStoreFile file;
+                     file.folder = where;
+                     file.name = fileName;
+                     file.bytes = bytes;
+                     const std::optional<FirefoxStore> store = FirefoxStoreOf(id, fileName);
+                     file.isJournal = !store;
+                     file.store = store ? *store : FirefoxStoreJournalOf(id, fileName).value_or(FirefoxStore::kPlaces);
+                     // A journal goes only with its database: it follows what is done with that.
+                     const std::wstring database =
+                         file.folder + (file.isJournal ? std::wstring(SqliteDatabaseOf(fileName)) : file.name);
+                     file.use = DecideFirefoxStore(file.store, database, keep, stop);
+                     found.push_back(std::move(file));
+                   });
+  return found;
+}
+
+SkippedLocation KeptStoreFile(const ScanRun::Item& item, size_t index, const FoundStoreFile& file) {
+  const std::wstring_view why =
+      file.isJournal ? KeptReason(KeptBecause::kSqliteJournal) : FailureReason(file.use.failure);
+  return {item.node, static_cast<int>(index), file.folder + file.name, FolderVerdict::kAllowed, std::wstring(why)};
+}
+
+// The scan of a store location: each database as a file, as the rows an erase would
+// delete, or as kept.
+void ScanStoreLocation(ScanRun& run, const ScanRun::Item& item, size_t index, const SafeFolder& folder, TraceSink& sink,
+                       const StopToken& stop) {
+  const LocationRecord& location = item.locations[index];
+  const CookieKeepList& keep = run.CookiesToKeep();
+  for (const FoundStoreFile& file : FindStoreFiles(item, folder, location, keep, stop)) {
+    if (file.use.way == StoreUse::Way::kWholeFile) {
+      ReportTrace(run, item, sink, file.folder, file.name, false, file.bytes);
+      continue;
+    }
+    if (file.isJournal || file.use.way == StoreUse::Way::kKept) {
+      sink.LocationSkipped(KeptStoreFile(item, index, file));
+      continue;
+    }
+    const std::wstring path = file.folder + file.name;
+    const DatabaseScan scan = ScanFirefoxStore(file.store, path, keep, stop);
+    if (scan.failure != DatabaseFailure::kNone) {
+      sink.LocationSkipped({item.node, static_cast<int>(index), path, FolderVerdict::kAllowed,
+                            std::wstring(FailureReason(scan.failure))});
+      continue;
+    }
+    // Rows named by what goes, under the database's own path: a row of the list can never
+    // be taken for the file itself.
+    for (const DatabaseLine& line : scan.lines) {
+      ReportTrace(run, item, sink, path, DatabaseLineText(FirefoxStoreContent(file.store), line), false, line.bytes);
+    }
+  }
+}
+
+void EraseStoreLocation(const ScanRun::Item& item, size_t index, const SafeFolder& folder, EraseTally& tally,
+                        const CookieKeepList& keep) {
+  for (const FoundStoreFile& file : FindStoreFiles(item, folder, item.locations[index], keep, StopToken())) {
+    const std::wstring path = file.folder + file.name;
+    if (file.use.way == StoreUse::Way::kWholeFile) {
+      EraseOneFile(file.folder, file.name, tally);
+    } else if (file.isJournal) {
+      tally.LocationSkipped(KeptStoreFile(item, index, file));
+    } else if (file.use.way == StoreUse::Way::kKept) {
+      tally.EraseFailed(path + L" (" + std::wstring(FailureReason(file.use.failure)) + L")");
+    } else {
+      uint64_t bytes = 0;
+      for (const DatabaseLine& line : ScanFirefoxStore(file.store, path, keep).lines) bytes += line.bytes;
+      const DatabaseErase erase = EraseFirefoxStore(file.store, path, keep);
+      if (erase.rowsDeleted > 0) {
+        tally.Erased(static_cast<int>(std::min<uint64_t>(erase.rowsDeleted, INT32_MAX)), bytes);
+      }
+      if (erase.failure != DatabaseFailure::kNone) {
+        tally.EraseFailed(path + L" (" + std::wstring(FailureReason(erase.failure)) + L")");
+      }
+    }
+  }
+}
+
 }  // namespace
 
 void ScanItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const StopToken& stop, const FolderGuard& guard) {
@@ -71,7 +178,9 @@ void ScanItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const StopToke
     const auto report = [&](std::wstring_view folder, std::wstring_view fileName, uint64_t bytes) {
       ReportTrace(run, item, sink, std::wstring(folder), fileName, false, bytes);
     };
-    if (plan.walk) {
+    if (plan.walk && IsFirefoxStoreLocation(item.node->Id(), location, run.CookiesToKeep())) {
+      ScanStoreLocation(run, item, index, *plan.walk, sink, stop);
+    } else if (plan.walk) {
       ScanFileLocation(*plan.walk, location.selector, location.kind, stop, report);
     } else if (!plan.oneFileFolder.empty()) {
       ScanOneFile(plan.oneFileFolder, location.selector, location.kind, report);
@@ -82,7 +191,7 @@ void ScanItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const StopToke
   sink.ItemFinished(*item.node);
 }
 
-void EraseItem(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& guard) {
+void EraseItem(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& guard, const CookieKeepList& keep) {
   for (size_t index = 0; index < item.locations.size(); ++index) {
     const LocationRecord& location = item.locations[index];
     if (location.IsRegistry()) {
@@ -100,7 +209,9 @@ void EraseItem(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& 
     if (item.node->Id() == kItemVisitedSites) {
       ClearUrlHistoryStore();
     }
-    if (plan.walk) {
+    if (plan.walk && IsFirefoxStoreLocation(item.node->Id(), location, keep)) {
+      EraseStoreLocation(item, index, *plan.walk, tally, keep);
+    } else if (plan.walk) {
       // The temporary folder and the shell's folders are emptied; programs expect them there.
       EraseFileLocation(*plan.walk, location.selector, tally, guard.IsWellKnownFolder(plan.walk->Path()));
     } else if (!plan.oneFileFolder.empty()) {

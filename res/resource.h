@@ -27,7 +27,8 @@
 // Splash.
 #define IDD_WELCOME 226
 
-// Privacy scan page; every control but the animation is made at run time.
+// Privacy scan page; every control but the animation, the summary line and the
+// keep-list's button is made at run time.
 #define IDD_SCAN 129
 #define IDC_SCAN_ANIMATION 1016
 #define IDC_SCAN_TREE 10000
@@ -36,6 +37,7 @@
 #define IDC_SCAN_START 15001
 #define IDC_SCAN_DELETE_ROW 15002
 #define IDC_SCAN_ERASE 15003
+#define IDC_SCAN_COOKIES_TO_KEEP 15004
 #define IDC_SCAN_SELECT_ALL 15100
 #define IDC_SCAN_SELECT_NONE 15101
 #define IDC_SCAN_SELECT_DEFAULT 15102
@@ -218,6 +220,20 @@
 #define IDD_ONE_CLICK_ITEMS 140
 #define IDC_ONE_CLICK_SELECT_NONE 3
 #define IDC_ONE_CLICK_TREE 10010
+
+// Cookies to Keep: the domains whose cookies an erase leaves, picked from those the last
+// scan found or typed; reached from the scan page.
+#define IDD_COOKIES_TO_KEEP 142
+#define IDC_KEEP_FOUND_LABEL 10020
+#define IDC_KEEP_FOUND 10021
+#define IDC_KEEP_ADD_FOUND 10022
+#define IDC_KEEP_REMOVE 10023
+#define IDC_KEEP_LIST_LABEL 10024
+#define IDC_KEEP_LIST 10025
+#define IDC_KEEP_DOMAIN_LABEL 10026
+#define IDC_KEEP_DOMAIN 10027
+#define IDC_KEEP_ADD_TYPED 10028
+#define IDC_KEEP_NOTE 10029
 
 // The built-in cleaning rules: a rule file compiled in (res/rules/builtin_rules.xml).
 #define IDR_BUILTIN_RULES 8000

@@ -624,7 +624,9 @@ std::optional<NamedAction> RuleFileReader::ReadNamedAction(const Element& elemen
   NamedAction named;
   named.name = kind->name;
   named.where = Where(element);
-  const PathRules fileRules{inProfile ? PathPlace::kInProfile : PathPlace::kMachine, PathWildcards::kNone};
+  // The folders may hold wildcards ("_side_profiles\*\Network\Cookies"); the file's own name
+  // names one file in each.
+  const PathRules fileRules{inProfile ? PathPlace::kInProfile : PathPlace::kMachine, PathWildcards::kFolderNames};
   std::optional<std::wstring> file = PathAttribute(element, "file", fileRules, fault);
   if (!file) return std::nullopt;
   named.file = std::move(*file);

@@ -106,8 +106,9 @@ Parsed<std::wstring> ParsePath(std::wstring_view text, PathRules rules) {
   const std::vector<std::wstring_view> names = NamesOf(path, L"\\/");
   for (size_t index = 0; index < names.size(); ++index) {
     const bool last = index + 1 == names.size();
-    const bool wildcardsAllowed =
-        rules.wildcards == PathWildcards::kAnyName || (rules.wildcards == PathWildcards::kLastName && last);
+    const bool wildcardsAllowed = rules.wildcards == PathWildcards::kAnyName ||
+                                  (rules.wildcards == PathWildcards::kLastName && last) ||
+                                  (rules.wildcards == PathWildcards::kFolderNames && !last);
     fault = NameFault(path, names[index], wildcardsAllowed);
     if (!fault.empty()) return {std::nullopt, std::move(fault)};
   }

@@ -25,7 +25,12 @@ enum class PathPlace {
   kInProfile,  // relative to a browser profile, without variables: "Network\Cookies"
 };
 // Which names of a path may hold `*` and `?`, each matched against one name.
-enum class PathWildcards { kNone, kLastName, kAnyName };
+enum class PathWildcards {
+  kNone,
+  kLastName,     // a detected file or folder: "%AppData%\Mozilla\*.ini"
+  kAnyName,      // a folder of files
+  kFolderNames,  // a file that an action edits: its folders, never its own name
+};
 
 struct PathRules {
   PathPlace place = PathPlace::kMachine;

@@ -8,11 +8,14 @@
 #include "engine/TraceEngine.h"
 #include "res/artwork_ids.h"
 #include "res/resource.h"
+#include "scan/DlgCookiesToKeep.h"
 #include "scan/DlgScanResult.h"
 #include "scan/ItemWarnings.h"
 #include "settings/Settings.h"
 
 #include <commctrl.h>
+
+#include <algorithm>
 
 namespace lumenor {
 
@@ -31,6 +34,8 @@ constexpr int kActionStep = 33;     // from one action button's top to the next
 constexpr int kTreeToActions = 26;  // between the tree and the action column
 constexpr int kTreeToResults = 4;
 constexpr int kSummaryHeight = 16;  // the line under the results: one line of the page's font
+// The keep-list's button, right of that line, in dialog units: it holds text.
+constexpr SIZE kCookiesButtonUnits{76, 14};
 
 // The tag of a row that tells of a skipped location rather than a trace.
 constexpr LPARAM kSkippedRowTag = 2;
@@ -70,6 +75,10 @@ RECT Sized(int left, int top, SIZE size) { return RECT{left, top, left + size.cx
 INT_PTR RunEraseProgressDialog(HWND owner, int total, std::function<void(EraseTally&)> erase) {
   CDlgScanResult dialog(total, std::move(erase));
   return dialog.Run(owner);
+}
+
+void RunCookiesToKeepDialog(HWND owner, const CIniFileRW& settings, std::vector<std::wstring> foundHosts) {
+  (void)ChooseCookiesToKeep(owner, settings, std::move(foundHosts));  // the next run reads what it wrote
 }
 
 }  // namespace
@@ -122,7 +131,8 @@ CDlgScan::CDlgScan()
     : CDialog(IDD_SCAN),
       settings_(kSettingsFileName),
       reports_(std::make_unique<PageReports>(*this)),
-      runEraseDialog_(RunEraseProgressDialog) {}
+      runEraseDialog_(RunEraseProgressDialog),
+      runCookiesDialog_(RunCookiesToKeepDialog) {}
 
 // The worker goes first: a scan stops after its current item; an erase runs to its end.
 CDlgScan::~CDlgScan() = default;
@@ -189,12 +199,18 @@ void CDlgScan::LayOut() {
   const RECT tree{client.left + kMargin, client.top + kMargin + kSelectionButton.cy, actionLeft - kTreeToActions,
                   client.bottom / 2};
   (void)tree_.Move(tree);
-  const int summaryTop = client.bottom - kMargin - kSummaryHeight;
+  // Under the results, the summary line and the keep-list's button right of it.
+  const SIZE cookiesButton = controls::DialogUnits(window_, kCookiesButtonUnits.cx, kCookiesButtonUnits.cy);
+  const int bandHeight = std::max<int>(kSummaryHeight, cookiesButton.cy);
+  const int bandTop = client.bottom - kMargin - bandHeight;
   (void)results_.Move(
-      RECT{client.left + kMargin, tree.bottom + kTreeToResults, client.right - kMargin, summaryTop - kTreeToResults});
+      RECT{client.left + kMargin, tree.bottom + kTreeToResults, client.right - kMargin, bandTop - kTreeToResults});
+  (void)controls::CWindow(Item(IDC_SCAN_COOKIES_TO_KEEP))
+      .Move(RECT{client.right - kMargin - cookiesButton.cx, bandTop, client.right - kMargin, bandTop + bandHeight});
   // A page made without the line has nothing to place.
-  (void)::MoveWindow(::GetDlgItem(window_, IDC_SCAN_SUMMARY), client.left + kMargin, summaryTop,
-                     client.right - client.left - 2 * kMargin, kSummaryHeight, TRUE);
+  (void)::MoveWindow(::GetDlgItem(window_, IDC_SCAN_SUMMARY), client.left + kMargin,
+                     bandTop + (bandHeight - kSummaryHeight) / 2,
+                     client.right - client.left - 3 * kMargin - cookiesButton.cx, kSummaryHeight, TRUE);
   // Where a fourth action button would go, in what is left beside the tree; the picture
   // is drawn centred in it.
   (void)animation_.Move(RECT{tree.right + kMargin, actionTop, client.right - kMargin, tree.bottom});
@@ -420,6 +436,10 @@ bool CDlgScan::OnCommand(int id, int code, HWND control) {
     case IDC_SCAN_SELECT_DEFAULT:
       selection_.SelectDefault(scanning_, settings_);
       tree_.RefreshChecks();
+      return true;
+    case IDC_SCAN_COOKIES_TO_KEEP:
+      // The hosts of the last scan, once its worker has ended; none while one runs.
+      runCookiesDialog_(window_, settings_, run_ && !Busy() ? run_->CookieHostsFound() : std::vector<std::wstring>());
       return true;
     default:
       return CDialog::OnCommand(id, code, control);

@@ -38,6 +38,9 @@ class CDlgScan : public controls::CDialog {
   using Confirmation = std::function<bool()>;
   // Runs the erase progress dialog over an erase; answers how it ended.
   using EraseDialogRunner = std::function<INT_PTR(HWND owner, int total, std::function<void(EraseTally&)> erase)>;
+  // Runs the "Cookies to Keep" dialog on the settings file, offering the hosts found.
+  using CookiesDialogRunner =
+      std::function<void(HWND owner, const CIniFileRW& settings, std::vector<std::wstring> foundHosts)>;
 
   CDlgScan();
   ~CDlgScan() override;
@@ -64,6 +67,7 @@ class CDlgScan : public controls::CDialog {
   void SetMessageBox(MessageBoxFunction ask) { ask_ = std::move(ask); }
   void SetRestart(RestartMachine restart) { restart_ = std::move(restart); }
   void SetEraseDialogRunner(EraseDialogRunner runner) { runEraseDialog_ = std::move(runner); }
+  void SetCookiesDialogRunner(CookiesDialogRunner runner) { runCookiesDialog_ = std::move(runner); }
   // How the worker's thread is started; tests make it fail or wait.
   void SetThreadStarter(controls::ThreadStarter starter) { worker_.SetThreadStarter(std::move(starter)); }
   // The settings file the page reads and writes; "setting.ini" beside the program unless
@@ -133,6 +137,7 @@ class CDlgScan : public controls::CDialog {
   MessageBoxFunction ask_ = SystemMessageBox;
   RestartMachine restart_ = RestartWindowsNow;
   EraseDialogRunner runEraseDialog_;
+  CookiesDialogRunner runCookiesDialog_;
   // Last: its thread is stopped and joined before anything it uses goes.
   controls::PageWorker worker_{tasks_};
 };

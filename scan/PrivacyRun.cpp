@@ -17,7 +17,7 @@ void EraseOne(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& g
   if (item.rule != nullptr) {
     EraseRuleItem(item, tally, context);
   } else {
-    EraseItem(item, tally, guard);
+    EraseItem(item, tally, guard, context.keep);
   }
 }
 

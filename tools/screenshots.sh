@@ -74,7 +74,8 @@ use_light_style() {
 
 # The privacy scan as a user goes through it, on traces seeded in the prefix (and enough
 # temporary files for the scan to be seen under way): the default selection scanned, the
-# page mid-scan and with its results, the erase dialog at its end, the one-click dialog.
+# page mid-scan and with its results, the cookies to keep with the hosts that scan found,
+# the erase dialog at its end, the one-click dialog.
 seed_traces() {
   "$runner" "$prefix" "$build/bin/lumenor-demo-seed.exe" >/dev/null
   local temp
@@ -91,6 +92,9 @@ scan_workflow() {
   shot "$name-01b-scan-running" "$(drive geometry | tr -d '\r')"
   drive sleep:6000
   shot "$name-01c-scan-results" "$(drive geometry | tr -d '\r')"
+  drive page-command:10000:15004 sleep:1000
+  shot "$name-01c2-cookies-to-keep" "$(drive dialog-geometry:10021 | tr -d '\r')"
+  drive dialog-command:10021:2 sleep:300
   drive page-command:10000:15003 sleep:4000
   shot "$name-01d-erase-dialog" "$(drive dialog-geometry:1028 | tr -d '\r')"
   drive dialog-command:1028:1028 sleep:500

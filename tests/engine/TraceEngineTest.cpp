@@ -126,7 +126,7 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
   testing::RecordingSink sink;
   ScanItem(*run, run->Items()[0], sink, StopToken(), testing::MachineGuard());
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, testing::MachineGuard());
+  EraseItem(run->Items()[0], tally, testing::MachineGuard(), run->CookiesToKeep());
   EXPECT_EQ(tally.reports, (std::vector<int>{2, 1, 1, 1}));
   EXPECT_EQ(tally.erasedBytes, 16u + 8u + 5u + 5u + 4u)
       << "the files' sizes, the named value's data, and what the scan found in the whole key";
@@ -141,7 +141,8 @@ TEST_F(ItemInTree, VisitedSitesAlsoClearTheBrowserStoreWhereThereIsOne) {
   MakeFile(history / L"index.dat");
   const auto run = RunOf({{kItemVisitedSites, {Folder(history.Path(), L"*.*", kMatchEveryFile)}}});
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, testing::MachineGuard());  // the store may be missing here: nothing must break
+  // The store may be missing here: nothing must break.
+  EraseItem(run->Items()[0], tally, testing::MachineGuard(), run->CookiesToKeep());
   EXPECT_EQ(tally.erased, 1);
 }
 
@@ -159,7 +160,7 @@ TEST_F(ItemInTree, RecycleBinsAreEmptiedWithoutGoingThroughALinkInThem) {
     EXPECT_NE(trace.name, L"canary.txt");
   }
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, testing::MachineGuard());
+  EraseItem(run->Items()[0], tally, testing::MachineGuard(), run->CookiesToKeep());
   EXPECT_FALSE(testing::FileExists(L"E:\\RECYCLER\\S-1-5-21-1\\Dc1.txt"));
   EXPECT_FALSE(testing::FileExists(L"C:\\RECYCLER\\S-1-5-21-1\\Dc2.txt"));
   EXPECT_TRUE(testing::FileExists(L"E:\\link-fixtures\\targets\\bin\\canary.txt"));
@@ -209,7 +210,7 @@ TEST_F(GuardedProfile, RefusedFoldersAreReportedAndLeftWholeByScanAndErase) {
   EXPECT_EQ(sink.traces.size(), 2u) << "only the temporary folder is walked";
 
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, guard);
+  EraseItem(run->Items()[0], tally, guard, run->CookiesToKeep());
   EXPECT_EQ(tally.skipped.size(), 5u);
   EXPECT_EQ(tally.erased, 2);
   std::vector<std::wstring> expected;
@@ -226,7 +227,7 @@ TEST_F(GuardedProfile, TheTemporaryFolderIsEmptiedButKeptWhereProgramsExpectIt) 
   const auto run = RunOf(
       {{kItemTemporaryFiles, {Folder(temp_, L"*.*", kMatchEveryFile), Folder(cache, L"*.*", kMatchEveryFile)}}});
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, FolderGuard(paths_));
+  EraseItem(run->Items()[0], tally, FolderGuard(paths_), run->CookiesToKeep());
   EXPECT_EQ(tally.erased, 3);
   EXPECT_TRUE(testing::EntriesBelow(temp_).empty());
   EXPECT_TRUE(testing::FileExists(temp_)) << "the temporary folder itself stays";
@@ -245,7 +246,7 @@ TEST_F(GuardedProfile, InAProtectedFolderANamedFileIsTheOnlyThingTouched) {
   EXPECT_EQ(sink.skipped[0].index, 1);
 
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, guard);
+  EraseItem(run->Items()[0], tally, guard, run->CookiesToKeep());
   EXPECT_EQ(tally.erased, 1);
   EXPECT_FALSE(testing::FileExists(profile_ + L"ntuser.log"));
   EXPECT_TRUE(testing::FileExists(profile_ + L"sub\\ntuser.log"));
@@ -257,7 +258,7 @@ TEST_F(ItemInTree, ALocationWithoutAFolderIsPassedOverQuietly) {
   testing::RecordingSink sink;
   ScanItem(*run, run->Items()[0], sink, StopToken(), testing::MachineGuard());
   testing::RecordingTally tally;
-  EraseItem(run->Items()[0], tally, testing::MachineGuard());
+  EraseItem(run->Items()[0], tally, testing::MachineGuard(), run->CookiesToKeep());
   EXPECT_TRUE(sink.skipped.empty());
   EXPECT_TRUE(tally.skipped.empty());
   EXPECT_TRUE(sink.traces.empty());

@@ -372,6 +372,18 @@ TEST(XmlRuleFaults, AFaultyActionIsLeftOutAndTheRestOfItsItemLoads) {
       {R"(<registry key="HKCU\Software\Tool" value="x" all-values="true"/>)",
        {R"(7:9: <registry> takes either value or all-values="true", not both; left out)"},
        "Tool{Kept:f1,Bad:f1}"},
+      {R"(<action name="firefox-cookies" file="%AppData%\M\Profiles\*.sqlite"/>)",
+       {R"(7:9: <action> file: "%AppData%\M\Profiles\*.sqlite" holds a wildcard in "*.sqlite", where none is allowed; left out)"},
+       "Tool{Kept:f1,Bad:f1}"},
+  });
+}
+
+// An action edits one file in each folder its file's folders reach: "_side_profiles\*".
+TEST(XmlRuleFaults, AnActionsFileMayHoldWildcardsInItsFoldersOnly) {
+  ExpectFaults({
+      {R"(<action name="chromium-cookies" file="%AppData%\O\_side_profiles\*\Network\Cookies"/>)",
+       {},
+       "Tool{Kept:f1,Bad:f1n1}"},
   });
 }
 

@@ -241,5 +241,24 @@ TEST_F(ScanPage, TheRealDialogErasesAndEndsWithClose) {
   EXPECT_FALSE(page_->EraseDialogOpen());
 }
 
+TEST_F(ScanPage, TheCookiesButtonOpensTheKeepListOfThePagesSettingsFile) {
+  int opened = 0;
+  std::wstring path;
+  std::vector<std::wstring> offered = {L"left from before"};
+  page_->SetCookiesDialogRunner([&](HWND owner, const CIniFileRW& settings, std::vector<std::wstring> found) {
+    EXPECT_EQ(owner, page_->Handle());
+    ++opened;
+    path = settings.Path();
+    offered = std::move(found);
+  });
+  EXPECT_TRUE(IsWindowVisible(GetDlgItem(page_->Handle(), IDC_SCAN_COOKIES_TO_KEEP)));
+  Tick({kItemRunHistory});
+  Scan();
+  Press(IDC_SCAN_COOKIES_TO_KEEP);
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(path, settings_.Path());
+  EXPECT_TRUE(offered.empty()) << "the scan found no cookies to offer";
+}
+
 }  // namespace
 }  // namespace lumenor

@@ -9,6 +9,7 @@
 #include "controls/Layout.h"
 #include "controls/NButtonEx.h"
 #include "res/resource.h"
+#include "scan/DlgCookiesToKeep.h"
 #include "scan/DlgOptionsChoose.h"
 #include "scan/DlgScanResult.h"
 #include "tests/shell/ShellTestSupport.h"
@@ -373,6 +374,21 @@ TEST(DialogLayout, OneClickDialogKeepsItsTreeAboveItsButtons) {
     ExpectNoOverlaps(children);
   }
   FreeCatalogue();
+}
+
+TEST(DialogLayout, CookiesDialogHoldsItsListsAndButtonsWholeAndApart) {
+  testing::TempFolder folder;
+  CDlgCookiesToKeep dialog(CIniFileRW::AtPath(folder / L"setting.ini"), {L"accounts.example.com", L"tracker.example"});
+  ASSERT_TRUE(dialog.Create(nullptr));
+  dialog.Show(SW_SHOW);
+  const RECT client = dialog.ClientRect();
+  const std::vector<Child> children = VisibleChildren(dialog.Handle());
+  EXPECT_EQ(children.size(), 12u) << "two lists with their labels, the domain box with its label, five buttons, a note";
+  for (const Child& child : children) {
+    EXPECT_GT(Width(child.rect), 0) << Describe(child);
+    EXPECT_TRUE(Inside(child.rect, client)) << Describe(child);
+  }
+  ExpectNoOverlaps(children);
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 // The community's winapp2.ini (version 260730), in rules_tests only, when the build found
 // a copy (tests/CMakeLists.txt).
 #define IDR_WINAPP2_REAL_FILE 9004
+// The built-in rules as they load: id, category, application, item, default, warning.
+#define IDR_EXPECTED_BUILTIN_RULES 9005
 
 #ifndef RC_INVOKED
 #include <string>
