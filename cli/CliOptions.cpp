@@ -4,6 +4,8 @@
 #include "engine/CanonicalFolder.h"
 #include "junk/JunkCatalogue.h"
 
+#include <cstdint>
+
 namespace lumenor {
 
 namespace {
@@ -11,23 +13,28 @@ namespace {
 bool IsAsciiDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 // "104,132,..." into ids; false for anything that is not a list of whole numbers written
-// in ASCII digits (the C runtime's wide digit test would also take "²" and "¹").
+// in ASCII digits (the C runtime's wide digit test would also take "²" and "¹"), or a
+// number no id reaches. The ids of rule items run up to ten digits.
 bool ParseIdList(const std::wstring& text, std::vector<unsigned>& ids) {
+  constexpr uint64_t kLargestId = 0xFFFFFFFFu;
   size_t start = 0;
   while (start <= text.size()) {
     const size_t comma = text.find(L',', start);
     const std::wstring part = text.substr(start, comma == std::wstring::npos ? std::wstring::npos : comma - start);
-    if (part.empty() || part.size() > 9) {
+    if (part.empty() || part.size() > 10) {
       return false;
     }
-    unsigned id = 0;
+    uint64_t id = 0;
     for (const wchar_t c : part) {
       if (!IsAsciiDigit(c)) {
         return false;
       }
-      id = id * 10 + static_cast<unsigned>(c - L'0');
+      id = id * 10 + static_cast<uint64_t>(c - L'0');
     }
-    ids.push_back(id);
+    if (id > kLargestId) {
+      return false;
+    }
+    ids.push_back(static_cast<unsigned>(id));
     if (comma == std::wstring::npos) {
       return true;
     }

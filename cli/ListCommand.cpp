@@ -25,7 +25,7 @@ int RunListCommand(const CCatalogue& catalogue, bool json, const ConsoleOutput& 
     if (node.Level() == CMyObject::kItem) {
       const rules::RuleBook::Entry* entry = rules != nullptr ? rules->Find(node.Id()) : nullptr;
       const bool ticked = entry != nullptr
-                              ? entry->origin == rules::RuleOrigin::kBuiltIn && entry->item->tickedByDefault
+                              ? rules::RuleBook::TickedByDefault(*entry)
                               : std::find(fixedDefaults.begin(), fixedDefaults.end(), node.Id()) != fixedDefaults.end();
       text += std::wstring(L",\"default\":") + (ticked ? L"true" : L"false");
       if (entry != nullptr && !entry->item->warning.empty()) text += L",\"warning\":" + JsonString(entry->item->warning);

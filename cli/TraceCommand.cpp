@@ -40,7 +40,7 @@ std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, const CCat
     return ids;
   }
   ItemSelection selection = ItemSelection::FromCatalogue(root);
-  if (rules != nullptr) selection.SetRuleDefaults(rules->BuiltInDefaults());
+  if (rules != nullptr) selection.SetRuleDefaults(rules->Defaults());
   if (options.source == SelectionSource::kAll || options.source == SelectionSource::kCommunity) {
     selection.TickAll();
     std::vector<unsigned> ids = selection.TickedItems();
@@ -59,7 +59,7 @@ std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, const CCat
                                                                             : Selection::kRecent;
     for (const unsigned id : BuiltInSelection(builtIn)) (void)selection.TickById(id);
     if (builtIn != Selection::kOneClick && rules != nullptr) {
-      for (const unsigned id : rules->BuiltInDefaults()) (void)selection.TickById(id);
+      for (const unsigned id : rules->Defaults()) (void)selection.TickById(id);
     }
   } else if (options.source == SelectionSource::kOneClick) {
     TickOneClickList(selection, settings);

@@ -33,10 +33,14 @@ const RuleBook::Entry* RuleBook::Find(unsigned id) const {
   return found == byId_.end() ? nullptr : &entries_[found->second];
 }
 
-std::vector<unsigned> RuleBook::BuiltInDefaults() const {
+bool RuleBook::TickedByDefault(const Entry& entry) {
+  return entry.origin != RuleOrigin::kCommunity && entry.item->tickedByDefault;
+}
+
+std::vector<unsigned> RuleBook::Defaults() const {
   std::vector<unsigned> ids;
   for (const Entry& entry : entries_) {
-    if (entry.origin == RuleOrigin::kBuiltIn && entry.item->tickedByDefault) ids.push_back(entry.item->id);
+    if (TickedByDefault(entry)) ids.push_back(entry.item->id);
   }
   return ids;
 }

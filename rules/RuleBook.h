@@ -37,9 +37,12 @@ class RuleBook {
   const std::vector<Entry>& Entries() const { return entries_; }
   // Problems of every set, and those the book found.
   std::vector<Problem> Problems() const;
-  // The built-in items ticked by default, in book order. Items of other origins are never
-  // ticked unless the user ticks them.
-  std::vector<unsigned> BuiltInDefaults() const;
+  // Whether "Select Default" ticks the item: the built-in rules and the user's own files
+  // say so item by item; the community's file is another's, so its items are never ticked
+  // unless the user ticks them.
+  static bool TickedByDefault(const Entry& entry);
+  // The items ticked by default, in book order.
+  std::vector<unsigned> Defaults() const;
 
  private:
   std::vector<std::unique_ptr<RuleSet>> sets_;

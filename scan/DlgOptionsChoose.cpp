@@ -3,6 +3,7 @@
 #include "catalogue/Catalogue.h"
 #include "controls/Layout.h"
 #include "res/resource.h"
+#include "scan/ItemWarnings.h"
 
 namespace lumenor {
 
@@ -28,6 +29,9 @@ bool CDlgOptionsChoose::OnInit() {
     nodes.push_back(FindNodeById(CatalogueRoot(), row.id));
   }
   tree_.Fill(selection_, std::move(nodes));
+  tree_.confirmTicks = [this, rules = ProcessCatalogue().Rules()](const std::vector<unsigned>& ticked) {
+    return ConfirmWarnings(window_, ask_, rules, ticked);
+  };
   selection_.LoadOneClickSelection(settings_);
   tree_.RefreshChecks();
   return true;

@@ -174,7 +174,7 @@ void CDlgScan::MakeButtons() {
 void CDlgScan::FillTree() {
   selection_ = ItemSelection::FromCatalogue(CatalogueRoot());
   const rules::RuleBook* rules = ProcessCatalogue().Rules();
-  if (rules != nullptr) selection_.SetRuleDefaults(rules->BuiltInDefaults());
+  if (rules != nullptr) selection_.SetRuleDefaults(rules->Defaults());
   std::vector<const CMyObject*> nodes;
   ForEachNode(CatalogueRoot(), [&](const CMyObject& node) { nodes.push_back(&node); });
   tree_.Fill(selection_, std::move(nodes));

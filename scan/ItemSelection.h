@@ -59,8 +59,8 @@ class ItemSelection {
   // first (`confirm` shows the warning) and goes ahead unless the answer is no.
   void SelectAll(bool busy, const std::function<bool()>& confirm);
   void SelectNone(bool busy);
-  // The built-in rule items ticked by default: a list of their own beside the default
-  // list of the settings file, ticked with it.
+  // The rule items ticked by default (built-in and the user's own): a list of their own
+  // beside the default list of the settings file, ticked with it.
   void SetRuleDefaults(std::vector<unsigned> ids) { ruleDefaults_ = std::move(ids); }
 
   // Unticks everything, then ticks the default list of the settings file and the rule

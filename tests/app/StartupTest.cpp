@@ -1,13 +1,21 @@
-// Start-up: the two command-line switches and the single running copy.
+// Start-up: the two command-line switches, the single running copy, and the user's rule
+// files beside the program read into the catalogue.
 #include "app/PcApp.h"
 #include "app/StartupSwitches.h"
+#include "base/ModulePath.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
+#include "rules/RuleModel.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace lumenor {
 namespace {
@@ -127,6 +135,56 @@ TEST_F(ApplicationStartup, ASecondCopyStopsBeforeDoingAnything) {
 
   EXPECT_TRUE(MutexExists()) << "the first copy's mutex is untouched";
   CloseHandle(firstCopy);
+}
+
+// Rule files of the user's in the "rules" folder beside the program, removed after the
+// test (with the folder, when the test made it) so that no other test sees them.
+class RuleFilesAtStart : public ApplicationStartup {
+ protected:
+  void SetUp() override {
+    ApplicationStartup::SetUp();
+    madeFolder_ = CreateDirectoryW(folder_.c_str(), nullptr) != FALSE;
+  }
+  void TearDown() override {
+    for (const std::wstring& file : written_) DeleteFileW(file.c_str());
+    if (madeFolder_) RemoveDirectoryW(folder_.c_str());
+  }
+  std::wstring Write(std::wstring_view name, std::string_view text) {
+    written_.push_back(folder_ + std::wstring(name));
+    EXPECT_TRUE(testing::WriteFileBytes(written_.back(), text));
+    return written_.back();
+  }
+
+  const std::wstring folder_ = ModuleFolder() + L"rules\\";
+  bool madeFolder_ = false;
+  std::vector<std::wstring> written_;
+};
+
+TEST_F(RuleFilesAtStart, ARuleFileBesideTheProgramShowsInTheTreeAndABrokenOneIsToldWithItsLine) {
+  Write(L"lumenor-start-good.xml", R"(<rules version="1">
+  <category name="Lumenor Tests">
+    <application name="Start App">
+      <item name="Logs"><files folder="%Temp%\Start App" masks="*.log"/></item>
+    </application>
+  </category>
+</rules>
+)");
+  const std::wstring broken = Write(L"lumenor-start-broken.xml", "<rules version=\"1\">\n  <category>\n");
+  RecordingApp app;
+  EXPECT_FALSE(app.InitInstance());
+  const CMyObject* item = FindNodeById(CatalogueRoot(), rules::DerivedItemId(L"Start App", L"Logs"));
+  EXPECT_NE(item, nullptr) << "the main window's tree holds the item";
+  if (item != nullptr) {
+    EXPECT_EQ(item->Name(), L"Logs");
+    EXPECT_EQ(item->Parent()->Name(), L"Start App");
+  }
+  EXPECT_EQ(app.RuleProblems().size(), 1u);
+  if (!app.RuleProblems().empty()) {
+    EXPECT_EQ(app.RuleProblems()[0].where.file, broken);
+    EXPECT_EQ(app.RuleProblems()[0].where.line, 2) << "the <category> never closed";
+    EXPECT_EQ(app.RuleProblems()[0].where.column, 3);
+  }
+  app.ExitInstance();
 }
 
 // The real program: a second copy started while the first runs ends at once, silently,

@@ -212,6 +212,17 @@ TEST(CliTraceUsage, ItemIdsAreAsciiDigitsAndNothingElse) {
   EXPECT_NE(result.err.find("bad item list: 10\xC2\xB2"), std::string::npos) << result.err;
 }
 
+TEST(CliTraceUsage, ItemIdsRunToTenDigitsAsTheIdsOfRuleItemsDo) {
+  std::wstring problem;
+  const auto options = ParseTraceCommandOptions({L"--items", L"2147483647,4294967295,0000000104"}, problem);
+  ASSERT_TRUE(options) << ToUtf8(problem);
+  EXPECT_EQ(options->items, (std::vector<unsigned>{2147483647u, 4294967295u, 104u}));
+  for (const wchar_t* list : {L"4294967296", L"99999999999", L"104,18446744073709551720"}) {
+    EXPECT_FALSE(ParseTraceCommandOptions({L"--items", list}, problem)) << "no id is that large, and none wraps round";
+    EXPECT_EQ(problem, std::wstring(L"bad item list: ") + list);
+  }
+}
+
 TEST(CliTraceSelection, IdsThatNameNoItemAreIgnored) {
   const ProgramResult result = RunProgram(CliProgram(), L"scan --items 1,134,151,99999 --json");
   EXPECT_EQ(result.exitCode, 0u);
