@@ -44,6 +44,12 @@ bool TakesEveryFile(const std::vector<std::wstring>& masks) {
   return std::any_of(masks.begin(), masks.end(), [](const std::wstring& mask) { return rules::MatchesEveryName(mask); });
 }
 
+// "C:\a\" for "C:\a\b\".
+std::wstring ParentOf(const std::wstring& folder) {
+  const size_t end = folder.find_last_of(L'\\', folder.size() >= 2 ? folder.size() - 2 : 0);
+  return end == std::wstring::npos ? std::wstring() : folder.substr(0, end + 1);
+}
+
 // Tells each refusal once, however often a walk comes upon it.
 class Refusals {
  public:
@@ -72,13 +78,16 @@ class FileWalk {
  public:
   enum class Mode { kScan, kErase };
   using FileFound = std::function<void(const std::wstring& folder, const WIN32_FIND_DATAW& entry)>;
+  // A folder (ending with "\") the scope removes once emptied: with kScan one the erase
+  // would remove, with kErase one it removed.
+  using FolderGone = std::function<void(const std::wstring& folder)>;
 
   FileWalk(const PlannedFiles& files, const std::vector<PlannedExclusion>& exclusions, Refusals& refusals)
       : files_(files), exclusions_(exclusions), refusals_(refusals) {}
 
   // Calls `found` for every file that goes; with kErase, removes the emptied folders as the
-  // scope asks once their files are handled.
-  void Run(Mode mode, const StopToken& stop, const FileFound& found) {
+  // scope asks once their files are handled. `gone` hears of each such folder.
+  void Run(Mode mode, const StopToken& stop, const FileFound& found, const FolderGone& gone) {
     if (files_.oneFileOnly) {
       OneFiles(found);
       return;
@@ -87,19 +96,34 @@ class FileWalk {
     const std::optional<SafePath> top = ReadFolderPath(files_.folder);
     if (!top) return;  // planned from a folder the rules read: cannot happen, and nothing to do
     const bool recursive = files_.scope != FileScope::kDirect;
+    // The folders that keep something: a file that stays, a folder not entered or one
+    // that stays itself. The others are empty once the erase is through with them.
+    std::set<std::wstring> keeping;
     WalkFolder(
         *top, L"*", mode == Mode::kScan ? stop : StopToken(),
         [&](const WalkEntry& entry) {
           if (!entry.IsFolder()) {
             if (files_.scope != FileScope::kEmptyFolders && Goes(entry.folder, entry.found)) {
               found(entry.folder, entry.found);
+            } else {
+              keeping.insert(entry.folder);
             }
             return false;
           }
-          return recursive && MayEnter(entry.folder, entry.found);
+          const bool entered = recursive && MayEnter(entry.folder, entry.found);
+          if (!entered) keeping.insert(entry.folder);
+          return entered;
         },
         [&](const std::wstring& done) {
-          if (mode == Mode::kErase) RemoveIfEmpty(done, done == top->Text());
+          const bool isTop = done == top->Text();
+          const bool goes = !keeping.contains(done) && RemovedWhenEmpty(isTop) &&
+                            (mode == Mode::kScan || RemoveDirectoryW(ForFileApi(done).c_str()) != FALSE);
+          if (goes) {
+            gone(done);
+          } else if (!isTop) {
+            keeping.insert(ParentOf(done));
+          }
+          keeping.erase(done);
         });
   }
 
@@ -188,11 +212,11 @@ class FileWalk {
     return !AnyMaskMatches(files_.masks, database) || Excluded(folder, database) || IsNeverDeletedName(database);
   }
 
-  void RemoveIfEmpty(const std::wstring& folder, bool isTop) const {
-    if (files_.scope != FileScope::kRemoveSelf && files_.scope != FileScope::kEmptyFolders) return;
-    if (isTop && files_.keepFolder) return;
-    (void)RemoveDirectoryW(ForFileApi(folder).c_str());  // goes only when empty
+  bool RemovedWhenEmpty(bool isTop) const {
+    if (files_.scope != FileScope::kRemoveSelf && files_.scope != FileScope::kEmptyFolders) return false;
+    return !isTop || !files_.keepFolder;
   }
+
 
   const PlannedFiles& files_;
   const std::vector<PlannedExclusion>& exclusions_;
@@ -442,6 +466,11 @@ void ScanRuleItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const Rule
     FileWalk(files, plan.exclusions, refusals)
         .Run(FileWalk::Mode::kScan, stop, [&](const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
           ReportTrace(run, item, sink, folder, entry.cFileName, false, SizeOf(entry));
+        },
+        [&](const std::wstring& folder) {
+          // A folder row: its name with the backslash, in the folder holding it.
+          const std::wstring parent = ParentOf(folder);
+          ReportTrace(run, item, sink, parent, std::wstring_view(folder).substr(parent.size()), false, 0);
         });
     if (stop.StopRequested()) break;
   }
@@ -490,7 +519,8 @@ void EraseRuleItem(const ScanRun::Item& item, EraseTally& tally, const RuleConte
           } else {
             tally.EraseFailed(path);  // locked or read-only: it stays, nothing is forced
           }
-        });
+        },
+        [&](const std::wstring&) { tally.Erased(1, 0); });
   }
   for (const PlannedKey& key : plan.keys) EraseKey(key, tally);
   for (const PlannedDatabase& database : plan.databases) {

@@ -224,8 +224,17 @@ std::optional<uint64_t> RemoveListedTrace(const std::wstring& name, const std::w
   if (!isRegistry) {
     // The row holds the folder and name as the walk listed them: deleted as they stand,
     // so "a." is never read as "a". A folder that is not such a listing is refused.
-    if (!IsExactFolderPath(location) || !NamesOneFile(name)) {
+    const bool isFolder = !name.empty() && name.back() == L'\\';
+    const std::wstring ownName = isFolder ? name.substr(0, name.size() - 1) : name;
+    if (!IsExactFolderPath(location) || !NamesOneFile(ownName)) {
       return std::nullopt;
+    }
+    if (isFolder) {
+      // A folder a rule removes once empty: removed only as the empty folder it is.
+      if (RemoveDirectoryW(ForFileApi(location + name).c_str()) == FALSE) {
+        return std::nullopt;
+      }
+      return uint64_t{0};
     }
     const std::wstring path = ForFileApi(location + name);
     WIN32_FILE_ATTRIBUTE_DATA data{};

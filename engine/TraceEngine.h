@@ -29,8 +29,9 @@ void ScanItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const StopToke
 void EraseItem(const ScanRun::Item& item, EraseTally& tally, const FolderGuard& guard, const CookieKeepList& keep);
 
 // Deletes the trace of one row of the results list. A file row goes only if the file
-// could be deleted; a registry row always goes, after its value is deleted from the
-// current user's branch whatever root the row names. When the row should go, the bytes
+// could be deleted, a folder row (its name ending with "\") only if the folder was empty;
+// a registry row always goes, after its value is deleted from the current user's branch
+// whatever root the row names. When the row should go, the bytes
 // deleted with it (the file's size, the value's data); nothing when it stays.
 std::optional<uint64_t> RemoveListedTrace(const std::wstring& name, const std::wstring& location, bool isRegistry);
 

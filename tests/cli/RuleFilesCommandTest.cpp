@@ -224,6 +224,10 @@ TEST_F(UserRuleFile, ScanShowsEachFileWithItsSizeAndEraseTakesExactlyWhatMasksAn
     const size_t slash = path.find_last_of(L'\\');
     return TraceLine(id, item, path.substr(0, slash + 1), path.substr(slash + 1), ToUtf8(file).size());
   };
+  // A folder that a remove-self scope takes once emptied, listed with no size.
+  const auto folder = [&](unsigned id, std::string_view item, std::wstring_view parent, std::wstring_view name) {
+    return TraceLine(id, item, app + std::wstring(parent), std::wstring(name) + L"\\", 0);
+  };
   std::vector<std::string> expected{
       trace(log, "Log", L"logs\\LOG"),
       trace(dumps, "Dumps", L"dumps\\a.dmp"),
@@ -231,8 +235,12 @@ TEST_F(UserRuleFile, ScanShowsEachFileWithItsSizeAndEraseTakesExactlyWhatMasksAn
       trace(cache, "Cache", L"Cache\\a.bin"),
       trace(cache, "Cache", L"Cache\\b\\c.bin"),
       trace(cache, "Cache", L"Cache\\b\\d\\e.bin"),
+      folder(cache, "Cache", L"", L"Cache"),
+      folder(cache, "Cache", L"Cache\\", L"b"),
+      folder(cache, "Cache", L"Cache\\b\\", L"d"),
       trace(temporary, "Temporary", L"Temp\\x.tmp"),
       trace(temporary, "Temporary", L"Temp\\gone\\z.tmp"),
+      folder(temporary, "Temporary", L"Temp\\", L"gone"),
       trace(temporary, "Temporary", L"Temp\\kept\\y.tmp"),
       trace(history, "History", L"History\\h1.dat"),
       trace(history, "History", L"History\\old\\h2.dat"),
@@ -244,12 +252,12 @@ TEST_F(UserRuleFile, ScanShowsEachFileWithItsSizeAndEraseTakesExactlyWhatMasksAn
   for (const std::string& line : expected) bytes += std::stoull(line.substr(line.rfind(':') + 1));
   EXPECT_EQ(testing::LinesOfType(scan.out, "summary"),
             std::vector<std::string>{
-                "{\"type\":\"summary\",\"traces\":11,\"items\":5,\"bytes\":" + std::to_string(bytes) + "}"});
+                "{\"type\":\"summary\",\"traces\":15,\"items\":5,\"bytes\":" + std::to_string(bytes) + "}"});
 
   const ProgramResult erase = Cli(L"erase --json --items " + items);
   EXPECT_EQ(erase.exitCode, 0u) << erase.out;
   EXPECT_EQ(testing::LinesOfType(erase.out, "summary"),
-            std::vector<std::string>{"{\"type\":\"summary\",\"traces\":11,\"deleted\":11,\"failed\":0,\"skipped\":0,"
+            std::vector<std::string>{"{\"type\":\"summary\",\"traces\":15,\"deleted\":15,\"failed\":0,\"skipped\":0,"
                                      "\"bytes\":" +
                                      std::to_string(bytes) + "}"});
   EXPECT_EQ(EntriesBelow(app),
@@ -288,13 +296,55 @@ TEST_F(UserRuleFile, WhatAnItemExcludesStaysAndTheFoldersHoldingItStayWithIt) {
   EXPECT_EQ(testing::LinesOfType(scan.out, "trace"),
             Sorted({TraceLine(id, "Data", data, L"a.log", 5), TraceLine(id, "Data", data + L"other\\", L"d.log", 5),
                     TraceLine(id, "Data", data + L"sub\\", L"c.log", 5),
-                    TraceLine(id, "Data", data + L"sub\\", L"keep.log", 5)}))
-      << "exclude files names the files of its own folder only";
+                    TraceLine(id, "Data", data + L"sub\\", L"keep.log", 5),
+                    TraceLine(id, "Data", data, L"other\\", 0)}))
+      << "exclude files names the files of its own folder only; of the folders only other\\ ends up empty";
   const ProgramResult erase = Cli(L"erase --json --items " + std::to_wstring(id));
   EXPECT_EQ(erase.exitCode, 0u) << erase.out;
   EXPECT_EQ(EntriesBelow(data),
             (std::vector<std::wstring>{L"keep.log", L"pinned\\", L"pinned\\b.log", L"pinned\\deep\\",
                                        L"pinned\\deep\\c.txt", L"sub\\", L"sub\\deep\\", L"sub\\deep\\state.db"}));
+}
+
+constexpr char kFolderRules[] = R"(<rules version="1">
+  <category name="Lumenor Tests">
+    <application name="Rule App">
+      <item name="Empty folders">
+        <files folder="%Temp%\Rule App\Tidy" scope="empty-folders"/>
+      </item>
+      <item name="Emptied">
+        <files folder="%Temp%\Rule App\Bare" masks="*.tmp" scope="remove-self"/>
+      </item>
+    </application>
+  </category>
+</rules>
+)";
+
+TEST_F(UserRuleFile, FoldersAScopeRemovesAreListedAsTracesAndOnlyEmptyOnesGo) {
+  const std::wstring app = *this / L"Rule App\\";
+  for (const wchar_t* folder : {L"Tidy\\a\\b", L"Tidy\\c", L"Bare\\x\\y"}) testing::MakeFolders(app + folder);
+  MakeFile(app + L"Tidy\\c\\keep.txt");
+  ASSERT_TRUE(WriteRules(L"lumenor-tests.xml", kFolderRules));
+  const unsigned tidy = rules::DerivedItemId(L"Rule App", L"Empty folders");
+  const unsigned bare = rules::DerivedItemId(L"Rule App", L"Emptied");
+  const std::wstring items = testing::ItemList({tidy, bare});
+
+  const ProgramResult scan = Cli(L"scan --json --items " + items);
+  EXPECT_EQ(scan.exitCode, 0u) << scan.err;
+  EXPECT_EQ(testing::LinesOfType(scan.out, "trace"),
+            Sorted({TraceLine(tidy, "Empty folders", app + L"Tidy\\", L"a\\", 0),
+                    TraceLine(tidy, "Empty folders", app + L"Tidy\\a\\", L"b\\", 0),
+                    TraceLine(bare, "Emptied", app, L"Bare\\", 0),
+                    TraceLine(bare, "Emptied", app + L"Bare\\", L"x\\", 0),
+                    TraceLine(bare, "Emptied", app + L"Bare\\x\\", L"y\\", 0)}))
+      << "a scope with no file to take still lists the folders it takes; Tidy holds c, which holds a file";
+
+  const ProgramResult erase = Cli(L"erase --json --items " + items);
+  EXPECT_EQ(erase.exitCode, 0u) << erase.out;
+  EXPECT_EQ(testing::LinesOfType(erase.out, "summary"),
+            std::vector<std::string>{
+                "{\"type\":\"summary\",\"traces\":5,\"deleted\":5,\"failed\":0,\"skipped\":0,\"bytes\":0}"});
+  EXPECT_EQ(EntriesBelow(app), (std::vector<std::wstring>{L"Tidy\\", L"Tidy\\c\\", L"Tidy\\c\\keep.txt"}));
 }
 
 constexpr char kRegistryRules[] = R"(<rules version="1">

@@ -164,16 +164,19 @@ TEST_F(RuleItemsOnTheScanPage, TheRuleItemsTicksAreScannedListedAndErased) {
                    page_->Results().RowText(row, 2));
   }
   std::sort(rows.begin(), rows.end());
-  EXPECT_EQ(rows, (std::vector<std::wstring>{L"Cache|a.bin|" + temp_ / L"Rule App\\Cache\\",
+  EXPECT_EQ(rows, (std::vector<std::wstring>{L"Cache|Cache\\|" + temp_ / L"Rule App\\",
+                                             L"Cache|a.bin|" + temp_ / L"Rule App\\Cache\\",
+                                             L"Cache|b\\|" + temp_ / L"Rule App\\Cache\\",
                                              L"Cache|c.bin|" + temp_ / L"Rule App\\Cache\\b\\",
-                                             L"Sessions|session.json|" + temp_ / L"Rule App\\Sessions\\"}));
+                                             L"Sessions|session.json|" + temp_ / L"Rule App\\Sessions\\"}))
+      << "the folders the erase takes once emptied are listed too";
   EXPECT_EQ(page_->Tree().ScanStateOf(kCache), CMyTreeCtrl::kDone);
 
   page_->SetEraseDialogRunner([&](HWND, int total, std::function<void(EraseTally&)> erase) -> INT_PTR {
-    EXPECT_EQ(total, 3);
+    EXPECT_EQ(total, 5);
     testing::RecordingTally tally;
     erase(tally);
-    EXPECT_EQ(tally.erased, 3);
+    EXPECT_EQ(tally.erased, 5);
     return IDOK;
   });
   Press(IDC_SCAN_ERASE);
