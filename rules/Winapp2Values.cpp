@@ -103,6 +103,11 @@ Parsed<std::wstring> ParseFolder(std::wstring_view text) {
   if (!startsWithFolderVariable && !StartsWithDrive(text)) {
     return {std::nullopt, L"folder " + Quoted(text) + L" starts with neither a folder variable nor a drive"};
   }
+  // "C:" alone is whatever folder is current on that drive, as relative as "Temp".
+  if (!startsWithFolderVariable && text.size() == 2) {
+    return {std::nullopt, L"folder " + Quoted(text) + L" is the drive's current folder, not its root " +
+                              Quoted(std::wstring(text) + L"\\")};
+  }
   size_t start = 0;
   while (start <= text.size()) {
     size_t end = start;

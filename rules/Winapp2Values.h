@@ -24,7 +24,8 @@ struct Parsed {
 };
 
 // A folder as FileKeys, exclusions and DetectFile write it: it starts with a known
-// variable or a drive, holds no "." or ".." name, and loses its final backslash.
+// variable or a drive's root ("C:\", never "C:" alone), holds no "." or ".." name, and
+// loses its final backslash.
 Parsed<std::wstring> ParseFolder(std::wstring_view text);
 
 // File masks separated by ';': each a whole file name, never a path.

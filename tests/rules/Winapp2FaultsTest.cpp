@@ -97,6 +97,32 @@ TEST(Winapp2Faults, FileKeysThatCouldReachFurtherThanMeantAreRefused) {
   EXPECT_EQ(item->files[1].folder, L"C:\\Temp\\App");
 }
 
+// "C:" is the folder current on that drive, wherever that happens to be: relative.
+TEST(Winapp2Faults, ADriveWithoutItsRootIsRelativeAndRefused) {
+  const Winapp2File file = Read(
+      "[Drive Alone *]\n"             // 1
+      "Detect=HKCU\\Software\\App\n"  // 2
+      "DetectFile=C:\n"               // 3
+      "FileKey1=c: |*.tmp\n"          // 4
+      "FileKey2=C:\\|*.tmp\n"         // 5
+      "[Excluded Drive *]\n"          // 6
+      "FileKey1=D:\\Temp|*.tmp\n"     // 7
+      "ExcludeKey1=PATH|D:\n");       // 8
+  EXPECT_EQ(ProblemTexts(file.rules),
+            (Texts{
+                "3 [Drive Alone] DetectFile: folder \"C:\" is the drive's current folder, not its root \"C:\\\"",
+                "4 [Drive Alone] FileKey1: folder \"c:\" is the drive's current folder, not its root \"c:\\\"",
+                "6 [Excluded Drive] entry left out: an ExcludeKey of it could not be read",
+                "8 [Excluded Drive] ExcludeKey1: folder \"D:\" is the drive's current folder, not its root \"D:\\\"",
+            }));
+  EXPECT_EQ(ItemNames(file.rules), Names{L"Drive Alone"});
+  const rules::Item* item = FindItem(file.rules, L"Drive Alone");
+  ASSERT_NE(item, nullptr);
+  EXPECT_TRUE(item->detection.paths.empty());
+  ASSERT_EQ(item->files.size(), 1u);
+  EXPECT_EQ(item->files[0].folder, L"C:\\");
+}
+
 TEST(Winapp2Faults, RegistryKeysOutsideTheKnownHivesOrOfAWholeHiveAreRefused) {
   const Winapp2File file = Read(
       "[Registry *]\n"
