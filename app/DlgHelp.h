@@ -3,10 +3,10 @@
 // hidden.
 #pragma once
 
-#include "update/MakerSite.h"
 #include "controls/Bitmap.h"
 #include "controls/Dialog.h"
 #include "controls/NButtonEx.h"
+#include "update/MakerSite.h"
 
 #include <array>
 

@@ -57,7 +57,8 @@ std::wstring EntriesText(int entries) {
   if (entries == 1) {
     return LoadResourceString(IDS_OPTIONS_RULES_ONE_ENTRY);
   }
-  return FillIn(LoadResourceString(IDS_OPTIONS_RULES_ENTRIES), {GroupedNumber(static_cast<uint64_t>(std::max(entries, 0)))});
+  return FillIn(LoadResourceString(IDS_OPTIONS_RULES_ENTRIES),
+                {GroupedNumber(static_cast<uint64_t>(std::max(entries, 0)))});
 }
 
 // "2026-07-30" for the version "260730" (yymmdd, the day the file was published); empty
@@ -318,8 +319,7 @@ void CDlgOptions::RulesUpdateEnded(controls::RunEnd end, const CommunityRulesUpd
   communityRules_ = RulesInUse{update.version, update.entries};
   ShowCommunityRules();
   // The catalogue was built at start: the new rules show on the scan page after a restart.
-  Tell(FillIn(LoadResourceString(IDS_OPTIONS_RULES_UPDATED), {EntriesText(update.entries)}),
-       MB_ICONINFORMATION);
+  Tell(FillIn(LoadResourceString(IDS_OPTIONS_RULES_UPDATED), {EntriesText(update.entries)}), MB_ICONINFORMATION);
 }
 
 void CDlgOptions::Tell(const std::wstring& text, UINT icon) const {

@@ -248,18 +248,16 @@ int wmain(int argc, wchar_t** argv) {
   BenchItem benchItem;
   for (int round = 0; round < kRounds; ++round) {
     if (files) {
-      engineFiles = std::min(engineFiles, Seconds([&] {
-                               engineFileCount = benchItem.Scan(FileLocation(kTree), guard, engineFileBytes);
-                             }));
+      engineFiles = std::min(
+          engineFiles, Seconds([&] { engineFileCount = benchItem.Scan(FileLocation(kTree), guard, engineFileBytes); }));
       plainFiles = std::min(plainFiles, Seconds([&] {
                               plainFileBytes = 0;
                               plainFileCount = PlainFileWalk(kTree, plainFileBytes);
                             }));
     }
     if (!registry) continue;
-    engineKeys = std::min(engineKeys, Seconds([&] {
-                            engineValueCount = benchItem.Scan(KeyLocation(kKey), guard, engineValueBytes);
-                          }));
+    engineKeys = std::min(
+        engineKeys, Seconds([&] { engineValueCount = benchItem.Scan(KeyLocation(kKey), guard, engineValueBytes); }));
     plainKeys = std::min(plainKeys, Seconds([&] {
                            HKEY key = nullptr;
                            plainValueBytes = 0;

@@ -29,8 +29,8 @@ std::string_view EmbeddedFile() {
   if (resource == nullptr) return {};
   const HGLOBAL loaded = LoadResource(module, resource);
   const void* bytes = loaded != nullptr ? LockResource(loaded) : nullptr;
-  return bytes == nullptr ? std::string_view() : std::string_view(static_cast<const char*>(bytes),
-                                                                    SizeofResource(module, resource));
+  return bytes == nullptr ? std::string_view()
+                          : std::string_view(static_cast<const char*>(bytes), SizeofResource(module, resource));
 }
 
 double Seconds(const std::function<void()>& work) {
@@ -115,7 +115,8 @@ class PlainDetection {
 
   static bool PathExists(const std::wstring& path) {
     if (path.empty()) return false;
-    if (path.find_first_of(L"*?") == std::wstring::npos) return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    if (path.find_first_of(L"*?") == std::wstring::npos)
+      return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     WIN32_FIND_DATAW entry;
     const HANDLE search = FindFirstFileW(path.c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE) return false;
@@ -159,17 +160,17 @@ int wmain() {
                       ourEntries = static_cast<int>(book.Entries().size());
                       const lumenor::RememberedPaths paths(lumenor::MachinePaths());
                       ourDetected = static_cast<int>(
-                          std::count_if(book.Entries().begin(), book.Entries().end(), [&](const auto& entry) {
-                            return lumenor::IsRuleDetected(entry, paths);
-                          }));
+                          std::count_if(book.Entries().begin(), book.Entries().end(),
+                                        [&](const auto& entry) { return lumenor::IsRuleDetected(entry, paths); }));
                     }));
     plain = std::min(plain, Seconds([&] {
                        const PlainDetection detection;
                        plainDetected = detection.CountDetected(file);
                      }));
   }
-  std::printf("winapp2.ini read and detected: ours %.3f s, plain %.3f s, ratio %.2f (target <= 1.5); "
-              "entries %d, detected %d (plain %d)\n",
-              ours, plain, ours / plain, ourEntries, ourDetected, plainDetected);
+  std::printf(
+      "winapp2.ini read and detected: ours %.3f s, plain %.3f s, ratio %.2f (target <= 1.5); "
+      "entries %d, detected %d (plain %d)\n",
+      ours, plain, ours / plain, ourEntries, ourDetected, plainDetected);
   return 0;
 }

@@ -148,9 +148,10 @@ void WholeProgram(int runs) {
       "whole program, start to visible main window less the 1000 ms pause, %d runs: median %.0f ms, "
       "best %.0f ms, worst %.0f ms\n",
       runs, figures[figures.size() / 2], figures.front(), figures.back());
-  std::printf("whole program, start to the privacy page's tree shown, less the pause: median %.0f ms, best %.0f ms, "
-              "worst %.0f ms\n",
-              ready[ready.size() / 2], ready.front(), ready.back());
+  std::printf(
+      "whole program, start to the privacy page's tree shown, less the pause: median %.0f ms, best %.0f ms, "
+      "worst %.0f ms\n",
+      ready[ready.size() / 2], ready.front(), ready.back());
 }
 
 }  // namespace

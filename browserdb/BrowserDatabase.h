@@ -4,9 +4,9 @@
 // The actions (cookies, history, form data) are written on top of it.
 #pragma once
 
+#include "base/StopToken.h"
 #include "browserdb/DatabaseResult.h"
 #include "browserdb/SqliteDatabase.h"
-#include "base/StopToken.h"
 
 #include <initializer_list>
 #include <optional>

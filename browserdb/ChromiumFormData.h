@@ -3,8 +3,8 @@
 // cards, so it is never deleted and no other table is touched.
 #pragma once
 
-#include "browserdb/DatabaseResult.h"
 #include "base/StopToken.h"
+#include "browserdb/DatabaseResult.h"
 
 #include <string>
 

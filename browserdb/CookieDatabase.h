@@ -3,9 +3,9 @@
 // (table moz_cookies, host in host). The file is edited, never deleted.
 #pragma once
 
+#include "base/StopToken.h"
 #include "browserdb/CookieKeepList.h"
 #include "browserdb/DatabaseResult.h"
-#include "base/StopToken.h"
 
 #include <string>
 

@@ -5,8 +5,8 @@
 // older or newer profiles lack are passed over.
 #pragma once
 
-#include "browserdb/DatabaseResult.h"
 #include "base/StopToken.h"
+#include "browserdb/DatabaseResult.h"
 
 #include <string>
 

@@ -128,12 +128,11 @@ void CCatalogue::AddRuleCategories(const RuleShown& shown) {
       }
       CMyObject* application = ChildNamed(*category, entry.application->name);
       if (application == nullptr) {
-        application = category->AddChild(MakeRuleNode(rules::DerivedItemId(categoryName, entry.application->name),
-                                                      entry.application->name, CMyObject::kApplication, picture,
-                                                      category));
+        application =
+            category->AddChild(MakeRuleNode(rules::DerivedItemId(categoryName, entry.application->name),
+                                            entry.application->name, CMyObject::kApplication, picture, category));
       }
-      application->AddChild(
-          MakeRuleNode(entry.item->id, entry.item->name, CMyObject::kItem, picture, application));
+      application->AddChild(MakeRuleNode(entry.item->id, entry.item->name, CMyObject::kItem, picture, application));
     }
   }
   CMyObject* last = categories_.empty() ? nullptr : categories_.back().get();

@@ -17,8 +17,8 @@ std::wstring JsonString(std::wstring_view text) {
     if (unit >= 0xD800 && unit <= 0xDFFF) {
       // A file name may hold a surrogate without its partner; as UTF-8 it would become
       // U+FFFD and name another file, so it is written as its escape.
-      const bool pairStart = unit <= 0xDBFF && index + 1 < text.size() &&
-                             (static_cast<unsigned>(text[index + 1]) & 0xFC00) == 0xDC00;
+      const bool pairStart =
+          unit <= 0xDBFF && index + 1 < text.size() && (static_cast<unsigned>(text[index + 1]) & 0xFC00) == 0xDC00;
       if (!pairStart) {
         escape(unit);
         continue;

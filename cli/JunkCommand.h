@@ -2,9 +2,9 @@
 // line, and with --delete the removal of what it found.
 #pragma once
 
+#include "base/StopToken.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
-#include "base/StopToken.h"
 #include "engine/SystemPaths.h"
 
 namespace lumenor {

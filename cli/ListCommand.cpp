@@ -28,7 +28,8 @@ int RunListCommand(const CCatalogue& catalogue, bool json, const ConsoleOutput& 
                               ? rules::RuleBook::TickedByDefault(*entry)
                               : std::find(fixedDefaults.begin(), fixedDefaults.end(), node.Id()) != fixedDefaults.end();
       text += std::wstring(L",\"default\":") + (ticked ? L"true" : L"false");
-      if (entry != nullptr && !entry->item->warning.empty()) text += L",\"warning\":" + JsonString(entry->item->warning);
+      if (entry != nullptr && !entry->item->warning.empty())
+        text += L",\"warning\":" + JsonString(entry->item->warning);
     }
     text += L"}\n";
   });

@@ -86,18 +86,19 @@ int CheckWinapp2(const std::string& bytes, const RulesCheckOptions& options, Buf
   rules::RuleBook book;
   book.Add(std::move(file.rules));
   const RememberedPaths paths(MachinePaths());
-  const auto detected = std::count_if(book.Entries().begin(), book.Entries().end(),
-                                      [&](const rules::RuleBook::Entry& entry) { return IsRuleDetected(entry, paths); });
+  const auto detected =
+      std::count_if(book.Entries().begin(), book.Entries().end(),
+                    [&](const rules::RuleBook::Entry& entry) { return IsRuleDetected(entry, paths); });
   const rules::Winapp2Counts& counts = file.counts;
   const auto number = [](auto value) { return std::to_wstring(value); };
   lines.Line(options.json ? L"{\"type\":\"summary\",\"entries\":" + number(counts.entriesLoaded) + L",\"fileKeys\":" +
                                 number(counts.fileKeys.read) + L",\"regKeys\":" + number(counts.regKeys.read) +
                                 L",\"excludeKeys\":" + number(counts.excludeKeys.read) + L",\"detected\":" +
                                 number(detected) + L",\"problems\":" + number(problems) + L"}"
-                          : number(counts.entriesLoaded) + L" entries (" + number(detected) + L" found on this machine), " +
-                                number(counts.fileKeys.read) + L" file keys, " + number(counts.regKeys.read) +
-                                L" registry keys, " + number(counts.excludeKeys.read) + L" exclusions, " +
-                                number(problems) + L" problems");
+                          : number(counts.entriesLoaded) + L" entries (" + number(detected) +
+                                L" found on this machine), " + number(counts.fileKeys.read) + L" file keys, " +
+                                number(counts.regKeys.read) + L" registry keys, " + number(counts.excludeKeys.read) +
+                                L" exclusions, " + number(problems) + L" problems");
   return lines.Flush() && problems == 0 ? 0 : 1;
 }
 

@@ -2,9 +2,9 @@
 // by one method through the same job as the shred page, one line a file and a summary.
 #pragma once
 
+#include "base/StopToken.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
-#include "base/StopToken.h"
 
 #include <functional>
 #include <string>

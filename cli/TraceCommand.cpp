@@ -1,7 +1,7 @@
 #include "cli/TraceCommand.h"
 
-#include "catalogue/Catalogue.h"
 #include "base/Texts.h"
+#include "catalogue/Catalogue.h"
 #include "cli/JsonText.h"
 #include "engine/FolderSafety.h"
 #include "engine/Locations.h"
@@ -46,8 +46,9 @@ std::vector<unsigned> SelectedIds(const TraceCommandOptions& options, const CCat
     std::vector<unsigned> ids = selection.TickedItems();
     std::erase_if(ids, [&](unsigned id) {
       const bool community = ComesFrom(rules, id, rules::RuleOrigin::kCommunity);
-      return options.source == SelectionSource::kCommunity ? !community
-                                                           : community || ComesFrom(rules, id, rules::RuleOrigin::kUserFile);
+      return options.source == SelectionSource::kCommunity
+                 ? !community
+                 : community || ComesFrom(rules, id, rules::RuleOrigin::kUserFile);
     });
     return ids;
   }
@@ -164,10 +165,10 @@ int RunTraceCommand(TraceCommand command, const TraceCommandOptions& options, co
     ScanItems(*run, nullptr, reports, stop, guard);
     const std::wstring traces = std::to_wstring(run->TraceCount());
     const std::wstring items = std::to_wstring(run->ItemsWithTraces());
-    lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"items\":" + items +
-                                  L",\"bytes\":" + std::to_wstring(run->TraceBytes()) + L"}"
-                            : traces + L" traces found in " + items + L" items, " +
-                                  FormatByteSize(run->TraceBytes()) + L" to be recovered");
+    lines.Line(options.json ? L"{\"type\":\"summary\",\"traces\":" + traces + L",\"items\":" + items + L",\"bytes\":" +
+                                  std::to_wstring(run->TraceBytes()) + L"}"
+                            : traces + L" traces found in " + items + L" items, " + FormatByteSize(run->TraceBytes()) +
+                                  L" to be recovered");
     return lines.Flush() ? 0 : 1;
   }
 

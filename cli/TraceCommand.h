@@ -2,9 +2,9 @@
 // order, every trace printed, and for erase every item with traces erased after the scan.
 #pragma once
 
+#include "base/StopToken.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
-#include "base/StopToken.h"
 
 namespace lumenor {
 

@@ -2,17 +2,17 @@
 // same catalogue and reads the "setting.ini" beside its own executable (never writes it).
 #include "base/ModulePath.h"
 #include "catalogue/Catalogue.h"
-#include "engine/RuleLoading.h"
 #include "cli/CliOptions.h"
 #include "cli/ConsoleOutput.h"
 #include "cli/ConsoleStop.h"
 #include "cli/JunkCommand.h"
 #include "cli/ListCommand.h"
-#include "cli/RulesCommand.h"
 #include "cli/RulesCheckCommand.h"
+#include "cli/RulesCommand.h"
 #include "cli/ShredCommand.h"
 #include "cli/TraceCommand.h"
 #include "cli/UpdateCommand.h"
+#include "engine/RuleLoading.h"
 #include "res/version.h"
 
 #include <functional>

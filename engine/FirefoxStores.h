@@ -5,9 +5,9 @@
 // domain, the item cleans the rows with the database actions instead and the file stays.
 #pragma once
 
+#include "base/StopToken.h"
 #include "browserdb/CookieKeepList.h"
 #include "browserdb/DatabaseResult.h"
-#include "base/StopToken.h"
 
 #include <optional>
 #include <string>

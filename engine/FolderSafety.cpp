@@ -113,8 +113,8 @@ FolderGuard::FolderGuard(const SystemPaths& paths) {
 
   // Every personal folder of the profile beside Desktop and Documents, and those of the
   // Public profile: what a user keeps there is no trace, whatever a rule says.
-  for (const int csidl : {CSIDL_MYPICTURES, CSIDL_MYMUSIC, CSIDL_MYVIDEO, CSIDL_COMMON_DOCUMENTS,
-                          CSIDL_COMMON_PICTURES, CSIDL_COMMON_MUSIC, CSIDL_COMMON_VIDEO, CSIDL_COMMON_DESKTOPDIRECTORY}) {
+  for (const int csidl : {CSIDL_MYPICTURES, CSIDL_MYMUSIC, CSIDL_MYVIDEO, CSIDL_COMMON_DOCUMENTS, CSIDL_COMMON_PICTURES,
+                          CSIDL_COMMON_MUSIC, CSIDL_COMMON_VIDEO, CSIDL_COMMON_DESKTOPDIRECTORY}) {
     shell(csidl);
   }
   const std::optional<std::wstring> userProfile = paths.ShellFolder(CSIDL_PROFILE);

@@ -20,7 +20,9 @@ bool EndsWithText(std::wstring_view text, std::wstring_view end) {
   return text.size() > end.size() && SameText(text.substr(text.size() - end.size()), end);
 }
 
-bool Exists(const std::wstring& path) { return GetFileAttributesW(ForFileApi(path).c_str()) != INVALID_FILE_ATTRIBUTES; }
+bool Exists(const std::wstring& path) {
+  return GetFileAttributesW(ForFileApi(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
 
 }  // namespace
 
@@ -43,7 +45,7 @@ std::wstring_view KeptReason(KeptBecause because) {
 bool IsNeverDeletedName(std::wstring_view fileName) {
   static constexpr std::array<std::wstring_view, 8> kNames = {
       L"Local State",  // holds the key that decrypts the cookies and passwords
-      L"Preferences", L"Secure Preferences", L"Bookmarks",
+      L"Preferences",   L"Secure Preferences", L"Bookmarks",
       L"key4.db",        // Firefox's keys: the primary password and certificates too
       L"cert9.db",       //
       L"places.sqlite",  // Firefox's history and bookmarks in one: cleaned row by row
@@ -77,7 +79,8 @@ bool LiesInKeptBrowserFolder(const std::wstring& folder) {
 bool IsLevelDbFolder(const std::wstring& folder) {
   if (!Exists(folder + L"CURRENT")) return false;
   bool manifest = false;
-  (void)ListFolder(folder, L"MANIFEST-*", [&manifest](const WalkEntry& entry) { manifest = manifest || !entry.IsFolder(); });
+  (void)ListFolder(folder, L"MANIFEST-*",
+                   [&manifest](const WalkEntry& entry) { manifest = manifest || !entry.IsFolder(); });
   return manifest;
 }
 

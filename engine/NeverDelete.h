@@ -13,10 +13,10 @@ namespace lumenor {
 // Why a file or folder stays; kNone: nothing keeps it.
 enum class KeptBecause {
   kNone,
-  kBrowserFile,     // Local State, Preferences, Bookmarks, key4.db, places.sqlite, ...
-  kBrowserFolder,   // a profile's Extensions, extension settings, Edge's Collections
-  kLevelDb,         // a file of a LevelDB database, picked by a pattern
-  kSqliteJournal,   // a -journal or -wal whose database stays
+  kBrowserFile,    // Local State, Preferences, Bookmarks, key4.db, places.sqlite, ...
+  kBrowserFolder,  // a profile's Extensions, extension settings, Edge's Collections
+  kLevelDb,        // a file of a LevelDB database, picked by a pattern
+  kSqliteJournal,  // a -journal or -wal whose database stays
 };
 
 // The words a kept file is reported with: "browser data that is never deleted", ...

@@ -53,7 +53,6 @@ DWORD CountValues(HKEY key) {
   return values;
 }
 
-
 enum class SubKeyOpening { kOpened, kLink, kMissing, kRefused };
 
 // Opens a sub-key of an open key, refusing a registry link, and counts its values. A link

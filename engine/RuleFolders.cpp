@@ -237,7 +237,8 @@ bool RulePathExists(std::wstring_view text, const SystemPaths& paths) {
         continue;
       }
       bool any = false;
-      (void)ListFolder(parent, L"*", [&](const WalkEntry& entry) { any = any || rules::MaskMatches(last, entry.Name()); });
+      (void)ListFolder(parent, L"*",
+                       [&](const WalkEntry& entry) { any = any || rules::MaskMatches(last, entry.Name()); });
       if (any) return true;
     }
   }

@@ -39,8 +39,7 @@ struct RuleFolders {
 // The folders below `base` (an existing folder, ending with "\") that `relative` names,
 // its names separated by backslashes, each name with `*` or `?` matched against the
 // sub-folders there. A name that does not exist ends its path without a word.
-RuleFolders FindFoldersBelow(const std::wstring& base, std::wstring_view relative, const StopToken& stop,
-                             size_t limit);
+RuleFolders FindFoldersBelow(const std::wstring& base, std::wstring_view relative, const StopToken& stop, size_t limit);
 
 // The same for a whole folder text with variables.
 RuleFolders FindRuleFolders(std::wstring_view text, const SystemPaths& paths, const StopToken& stop, size_t limit);

@@ -118,9 +118,8 @@ class Planner {
       : node_(node), context_(context), stop_(stop), plan_(plan) {}
 
   void Files(const rules::FileAction& action, const std::wstring& base) {
-    const RuleFolders found = base.empty()
-                                  ? FindRuleFolders(action.folder, context_.paths, stop_, kMaxFoldersPerAction)
-                                  : FindFoldersBelow(base, action.folder, stop_, kMaxFoldersPerAction);
+    const RuleFolders found = base.empty() ? FindRuleFolders(action.folder, context_.paths, stop_, kMaxFoldersPerAction)
+                                           : FindFoldersBelow(base, action.folder, stop_, kMaxFoldersPerAction);
     for (const std::wstring& link : found.links) Skip(link, FolderVerdict::kLink, L"");
     if (found.overLimit) Skip(action.folder, FolderVerdict::kAllowed, L"more folders than a rule may reach");
     for (const std::wstring& folder : found.folders) AddFiles(folder, action);
@@ -251,8 +250,8 @@ class Planner {
       Skip(admitted->Path(), FolderVerdict::kAllowed, std::wstring(KeptReason(KeptBecause::kBrowserFolder)));
       return;
     }
-    plan_.files.push_back({admitted->Path(), action.masks, action.scope, false,
-                           context_.guard.IsWellKnownFolder(admitted->Path())});
+    plan_.files.push_back(
+        {admitted->Path(), action.masks, action.scope, false, context_.guard.IsWellKnownFolder(admitted->Path())});
   }
 
   static std::vector<REGSAM> ViewsOf(rules::Hive hive) {
@@ -335,8 +334,8 @@ std::optional<std::pair<std::wstring, std::wstring>> ApplicationRunning(const ru
     const size_t slash = lockFile.find_last_of(L'\\');
     if (slash == std::wstring::npos) continue;
     const std::wstring name = lockFile.substr(slash + 1);
-    const RuleFolders folders = FindRuleFolders(std::wstring_view(lockFile).substr(0, slash), context.paths,
-                                                StopToken(), kMaxFoldersPerAction);
+    const RuleFolders folders =
+        FindRuleFolders(std::wstring_view(lockFile).substr(0, slash), context.paths, StopToken(), kMaxFoldersPerAction);
     for (const std::wstring& folder : folders.folders) {
       if (!rules::HasWildcard(name)) {
         if (IsFileHeldOpen(folder + name)) return std::pair{reason, folder + name};

@@ -4,10 +4,10 @@
 // the same plan, so an erase deletes only where its scan looked.
 #pragma once
 
+#include "base/StopToken.h"
 #include "browserdb/CookieKeepList.h"
 #include "engine/FolderSafety.h"
 #include "engine/RunningPrograms.h"
-#include "base/StopToken.h"
 #include "engine/SystemPaths.h"
 #include "engine/TraceSink.h"
 #include "rules/RuleBook.h"

@@ -37,11 +37,13 @@ uint64_t SizeOf(const WIN32_FIND_DATAW& entry) {
 }
 
 bool AnyMaskMatches(const std::vector<std::wstring>& masks, std::wstring_view name) {
-  return std::any_of(masks.begin(), masks.end(), [&](const std::wstring& mask) { return rules::MaskMatches(mask, name); });
+  return std::any_of(masks.begin(), masks.end(),
+                     [&](const std::wstring& mask) { return rules::MaskMatches(mask, name); });
 }
 
 bool TakesEveryFile(const std::vector<std::wstring>& masks) {
-  return std::any_of(masks.begin(), masks.end(), [](const std::wstring& mask) { return rules::MatchesEveryName(mask); });
+  return std::any_of(masks.begin(), masks.end(),
+                     [](const std::wstring& mask) { return rules::MatchesEveryName(mask); });
 }
 
 // "C:\a\" for "C:\a\b\".
@@ -53,7 +55,8 @@ std::wstring ParentOf(const std::wstring& folder) {
 // Tells each refusal once, however often a walk comes upon it.
 class Refusals {
  public:
-  Refusals(const CMyObject& node, std::function<void(const SkippedLocation&)> tell) : node_(node), tell_(std::move(tell)) {}
+  Refusals(const CMyObject& node, std::function<void(const SkippedLocation&)> tell)
+      : node_(node), tell_(std::move(tell)) {}
 
   void Tell(const std::wstring& where, FolderVerdict verdict, std::wstring_view why) {
     if (!told_.insert(where + L"\n" + std::wstring(why)).second) return;
@@ -217,7 +220,6 @@ class FileWalk {
     return !isTop || !files_.keepFolder;
   }
 
-
   const PlannedFiles& files_;
   const std::vector<PlannedExclusion>& exclusions_;
   Refusals& refusals_;
@@ -268,9 +270,8 @@ void ScanKey(const PlannedKey& key, const StopToken& stop, const ValueFound& fou
 
 void DeleteValues(const PlannedKey& key, const std::wstring& path, EraseTally& tally) {
   std::vector<std::pair<std::wstring, uint64_t>> values;
-  EachValueOf(key.root, path, key.view, [&](std::wstring_view, std::wstring_view name, uint64_t bytes) {
-    values.emplace_back(name, bytes);
-  });
+  EachValueOf(key.root, path, key.view,
+              [&](std::wstring_view, std::wstring_view name, uint64_t bytes) { values.emplace_back(name, bytes); });
   const UniqueKey open = OpenKey(key.root, path, KEY_SET_VALUE, nullptr, key.view);
   for (const auto& [name, bytes] : values) {
     if (open && RegDeleteValueW(open.Get(), name.c_str()) == ERROR_SUCCESS) {
@@ -300,9 +301,8 @@ void EraseAround(const PlannedKey& key, EraseTally& tally) {
     }
     for (const std::wstring& subKey : subKeys) {
       if (InExcludedKey(key, subKey)) continue;
-      const bool holdsExcluded = std::any_of(key.excluded.begin(), key.excluded.end(), [&](const std::wstring& e) {
-        return StartsWithText(e, subKey + L"\\");
-      });
+      const bool holdsExcluded = std::any_of(key.excluded.begin(), key.excluded.end(),
+                                             [&](const std::wstring& e) { return StartsWithText(e, subKey + L"\\"); });
       if (holdsExcluded) {
         pending.push_back(subKey);
       } else {
@@ -371,8 +371,8 @@ std::optional<std::string> ReadSettingsFile(const std::wstring& path) {
 // sees half of it, and a failure leaves the old file as it was.
 bool ReplaceSettingsFile(const std::wstring& path, const std::string& text) {
   const std::wstring fresh = path + L".lumenor-new";
-  const HANDLE file = CreateFileW(ForFileApi(fresh).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE file =
+      CreateFileW(ForFileApi(fresh).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
   DWORD written = 0;
   const bool ok = (text.empty() || WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr)) &&
@@ -387,7 +387,8 @@ bool ReplaceSettingsFile(const std::wstring& path, const std::string& text) {
 
 DatabaseScan ScanDatabase(const PlannedDatabase& database, const RuleContext& context, const StopToken& stop) {
   if (database.action == L"firefox-history") return ScanFirefoxHistory(database.file, stop);
-  if (database.action == L"firefox-cookies") return ScanCookies(database.file, CookieStore::kFirefox, context.keep, stop);
+  if (database.action == L"firefox-cookies")
+    return ScanCookies(database.file, CookieStore::kFirefox, context.keep, stop);
   if (database.action == L"chromium-cookies") {
     return ScanCookies(database.file, CookieStore::kChromium, context.keep, stop);
   }
@@ -395,8 +396,8 @@ DatabaseScan ScanDatabase(const PlannedDatabase& database, const RuleContext& co
   DatabaseScan scan;
   if (database.action == L"ini-values") {
     if (const auto text = ReadSettingsFile(database.file)) {
-      for (const rules::IniKeyLine& line : rules::FindIniKeys(*text, ToUtf8(ParameterOf(database, L"section")),
-                                                               KeysOf(database))) {
+      for (const rules::IniKeyLine& line :
+           rules::FindIniKeys(*text, ToUtf8(ParameterOf(database, L"section")), KeysOf(database))) {
         scan.lines.push_back({FromUtf8(line.key), 1, line.bytes, 0});
       }
     }
@@ -464,14 +465,16 @@ void ScanRuleItem(ScanRun& run, ScanRun::Item& item, TraceSink& sink, const Rule
   for (const SkippedLocation& skipped : plan.skipped) refusals.Tell(skipped);
   for (const PlannedFiles& files : plan.files) {
     FileWalk(files, plan.exclusions, refusals)
-        .Run(FileWalk::Mode::kScan, stop, [&](const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
-          ReportTrace(run, item, sink, folder, entry.cFileName, false, SizeOf(entry));
-        },
-        [&](const std::wstring& folder) {
-          // A folder row: its name with the backslash, in the folder holding it.
-          const std::wstring parent = ParentOf(folder);
-          ReportTrace(run, item, sink, parent, std::wstring_view(folder).substr(parent.size()), false, 0);
-        });
+        .Run(
+            FileWalk::Mode::kScan, stop,
+            [&](const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
+              ReportTrace(run, item, sink, folder, entry.cFileName, false, SizeOf(entry));
+            },
+            [&](const std::wstring& folder) {
+              // A folder row: its name with the backslash, in the folder holding it.
+              const std::wstring parent = ParentOf(folder);
+              ReportTrace(run, item, sink, parent, std::wstring_view(folder).substr(parent.size()), false, 0);
+            });
     if (stop.StopRequested()) break;
   }
   for (PlannedKey& key : plan.keys) {
@@ -512,21 +515,23 @@ void EraseRuleItem(const ScanRun::Item& item, EraseTally& tally, const RuleConte
   for (const SkippedLocation& skipped : plan.skipped) refusals.Tell(skipped);
   for (const PlannedFiles& files : plan.files) {
     FileWalk(files, plan.exclusions, refusals)
-        .Run(FileWalk::Mode::kErase, StopToken(), [&](const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
-          const std::wstring path = folder + entry.cFileName;
-          if (DeleteFileW(ForFileApi(path).c_str()) != FALSE) {
-            tally.Erased(1, SizeOf(entry));
-          } else {
-            tally.EraseFailed(path);  // locked or read-only: it stays, nothing is forced
-          }
-        },
-        [&](const std::wstring&) { tally.Erased(1, 0); });
+        .Run(
+            FileWalk::Mode::kErase, StopToken(),
+            [&](const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
+              const std::wstring path = folder + entry.cFileName;
+              if (DeleteFileW(ForFileApi(path).c_str()) != FALSE) {
+                tally.Erased(1, SizeOf(entry));
+              } else {
+                tally.EraseFailed(path);  // locked or read-only: it stays, nothing is forced
+              }
+            },
+            [&](const std::wstring&) { tally.Erased(1, 0); });
   }
   for (const PlannedKey& key : plan.keys) EraseKey(key, tally);
   for (const PlannedDatabase& database : plan.databases) {
     const DatabaseErase erase = EraseDatabase(database, context);
-    if (erase.rowsDeleted > 0) tally.Erased(static_cast<int>(std::min<uint64_t>(erase.rowsDeleted, INT32_MAX)),
-                                            database.bytesFound);
+    if (erase.rowsDeleted > 0)
+      tally.Erased(static_cast<int>(std::min<uint64_t>(erase.rowsDeleted, INT32_MAX)), database.bytesFound);
     if (erase.failure != DatabaseFailure::kNone) {
       tally.EraseFailed(database.file + L" (" + std::wstring(FailureReason(erase.failure)) + L")");
     }

@@ -17,7 +17,7 @@ struct FoundTrace {
   std::wstring name;      // value name or file name
   std::wstring location;  // root prefix and key path, or folder path ending with "\"
   bool isRegistry = false;
-  uint64_t bytes = 0;     // the file's size, or the size of the value's data
+  uint64_t bytes = 0;  // the file's size, or the size of the value's data
 };
 
 // A location of an item that was neither scanned nor erased: its folder failed the folder
@@ -28,7 +28,7 @@ struct SkippedLocation {
   int index = 0;          // the location's place in the item's list
   std::wstring location;  // the folder in canonical form, or as it came when it has none
   FolderVerdict reason = FolderVerdict::kAllowed;
-  std::wstring why;       // the words of a refusal other than the folder rules', when set
+  std::wstring why;  // the words of a refusal other than the folder rules', when set
 };
 
 // The words a skip is reported with: its own, or the folder rule's.

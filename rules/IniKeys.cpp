@@ -40,9 +40,11 @@ void EachLine(std::string_view text, std::string_view section, const std::vector
       continue;
     }
     const size_t equals = content.find('=');
-    const std::string_view key = equals == std::string_view::npos ? std::string_view() : Trimmed(content.substr(0, equals));
-    const bool wanted = inSection && !key.empty() &&
-                        std::any_of(keys.begin(), keys.end(), [&](const std::string& one) { return SameAscii(one, key); });
+    const std::string_view key =
+        equals == std::string_view::npos ? std::string_view() : Trimmed(content.substr(0, equals));
+    const bool wanted = inSection && !key.empty() && std::any_of(keys.begin(), keys.end(), [&](const std::string& one) {
+                          return SameAscii(one, key);
+                        });
     line(whole, wanted ? key : std::string_view());
   }
 }

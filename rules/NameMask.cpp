@@ -11,7 +11,8 @@ wchar_t FoldAscii(wchar_t c) { return c >= L'a' && c <= L'z' ? static_cast<wchar
 }  // namespace
 
 bool MatchesEveryName(std::wstring_view mask) {
-  return !mask.empty() && (mask == L"*.*" || std::all_of(mask.begin(), mask.end(), [](wchar_t c) { return c == L'*'; }));
+  return !mask.empty() &&
+         (mask == L"*.*" || std::all_of(mask.begin(), mask.end(), [](wchar_t c) { return c == L'*'; }));
 }
 
 bool HasWildcard(std::wstring_view text) { return text.find_first_of(L"*?") != std::wstring_view::npos; }

@@ -9,8 +9,8 @@ void RuleBook::Add(RuleSet set) {
     items.reserve(application.items.size());
     for (Item& item : application.items) {
       if (item.id < kFirstBuiltInId || byId_.count(item.id) != 0) {
-        problems_.push_back({item.where, item.name,
-                             L"item id " + std::to_wstring(item.id) + L" is taken: the item is left out"});
+        problems_.push_back(
+            {item.where, item.name, L"item id " + std::to_wstring(item.id) + L" is taken: the item is left out"});
         continue;
       }
       byId_.emplace(item.id, 0);

@@ -41,10 +41,10 @@ std::optional<Hive> HiveFromName(std::wstring_view name) {
 const std::vector<NamedActionKind>& KnownNamedActions() {
   // Each edits a file in place; none deletes the file it works on.
   static const std::vector<NamedActionKind> kKnown = {
-      {L"firefox-history", {}},     // the visits of places.sqlite; bookmarks and their places stay
-      {L"firefox-cookies", {}},     // the rows of cookies.sqlite, but those the keep-list keeps
-      {L"chromium-cookies", {}},    // the rows of a Chromium cookie database, likewise
-      {L"chromium-form-data", {}},  // the rows of "autocomplete" in "Web Data"
+      {L"firefox-history", {}},                // the visits of places.sqlite; bookmarks and their places stay
+      {L"firefox-cookies", {}},                // the rows of cookies.sqlite, but those the keep-list keeps
+      {L"chromium-cookies", {}},               // the rows of a Chromium cookie database, likewise
+      {L"chromium-form-data", {}},             // the rows of "autocomplete" in "Web Data"
       {L"ini-values", {L"section", L"keys"}},  // keys of one section of an ini file
   };
   return kKnown;

@@ -255,8 +255,7 @@ void CDlgScan::ShowSummary() {
   std::wstring text;
   const CCatalogue& catalogue = ProcessCatalogue();
   if (run_) {
-    text = FillIn(LoadResourceString(IDS_SCAN_SUMMARY),
-                  {std::to_wstring(foundCount_), FormatByteSize(BytesFound())});
+    text = FillIn(LoadResourceString(IDS_SCAN_SUMMARY), {std::to_wstring(foundCount_), FormatByteSize(BytesFound())});
   } else if (catalogue.CommunityEntries() > 0) {
     // Before a scan the line tells what the community file holds beyond what shows.
     text = FillIn(LoadResourceString(IDS_COMMUNITY_NOTE),
@@ -327,9 +326,8 @@ bool CDlgScan::StartRun(std::function<void(ScanRun& run, PageReports& reports, c
   for (const std::wstring& domain : ReadCookiesToKeep(settings_)) (void)run_->CookiesToKeep().Add(domain);
   tree_.ShowRun(run_.get());
   ShowSummary();
-  return StartWorker([run = run_, work = std::move(work)](PageReports& reports, const StopToken& stop) {
-    work(*run, reports, stop);
-  });
+  return StartWorker(
+      [run = run_, work = std::move(work)](PageReports& reports, const StopToken& stop) { work(*run, reports, stop); });
 }
 
 void CDlgScan::StartScan() {
@@ -341,9 +339,10 @@ void CDlgScan::StartScan() {
     return;  // a one-click erase is still erasing
   }
   BeginScanLook();
-  (void)StartRun([this](ScanRun& run, PageReports& reports, const StopToken& stop) {  // one that cannot start ends at once
-    ScanItems(run, &settings_, reports, stop, FolderGuard(MachinePaths()));
-  });
+  (void)StartRun(
+      [this](ScanRun& run, PageReports& reports, const StopToken& stop) {  // one that cannot start ends at once
+        ScanItems(run, &settings_, reports, stop, FolderGuard(MachinePaths()));
+      });
 }
 
 bool CDlgScan::StartOneClickErase() {

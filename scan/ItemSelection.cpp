@@ -1,8 +1,8 @@
 #include "scan/ItemSelection.h"
 
-#include "settings/Settings.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
+#include "settings/Settings.h"
 
 namespace lumenor {
 

@@ -5,8 +5,8 @@
 // ticked items are gathered in catalogue order.
 #pragma once
 
-#include "settings/IniFileRW.h"
 #include "catalogue/CMyObject.h"
+#include "settings/IniFileRW.h"
 
 #include <functional>
 #include <vector>

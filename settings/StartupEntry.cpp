@@ -18,8 +18,8 @@ bool AddStartupEntry(const std::wstring& programPath) {
   const std::wstring command = StartupCommand(programPath);
   // The size counts the terminating null character, as REG_SZ data should.
   const DWORD bytes = static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t));
-  const LSTATUS set = ::RegSetValueExW(key, kRunValueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(command.c_str()),
-                                       bytes);
+  const LSTATUS set =
+      ::RegSetValueExW(key, kRunValueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(command.c_str()), bytes);
   (void)::RegCloseKey(key);
   return set == ERROR_SUCCESS;
 }

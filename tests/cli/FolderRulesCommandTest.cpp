@@ -85,8 +85,9 @@ TEST_F(WipeAttempt, TempNamingADriveOrSystemFolderInAnySpellingErasesNothing) {
     const std::string shown = ToUtf8(temp);
     EXPECT_EQ(erase.exitCode, 1u) << shown << "\n" << erase.out;
     EXPECT_NE(erase.out.find(skippedLine), std::string::npos) << shown << "\n" << erase.out;
-    EXPECT_NE(erase.out.find("\"deleted\":0,\"failed\":0,\"skipped\":1,\"bytes\":0}"), std::string::npos) << shown << "\n"
-                                                                                              << erase.out;
+    EXPECT_NE(erase.out.find("\"deleted\":0,\"failed\":0,\"skipped\":1,\"bytes\":0}"), std::string::npos)
+        << shown << "\n"
+        << erase.out;
     EXPECT_TRUE(MissingCanaries().empty()) << shown << ": " << ::testing::PrintToString(MissingCanaries());
   }
 }
@@ -154,8 +155,9 @@ TEST_F(RegistryFolderWipeAttempt, AFolderInTheDeviceNamespaceIsRefusedAndNeverWa
     EXPECT_EQ(scan.out.find("\"type\":\"trace\""), std::string::npos) << shown << ": nothing in it is walked";
     const ProgramResult erase = RunProgram(CliProgram(), L"erase --json --items 374");
     EXPECT_EQ(erase.exitCode, 1u) << shown << "\n" << erase.out;
-    EXPECT_NE(erase.out.find("\"deleted\":0,\"failed\":0,\"skipped\":1,\"bytes\":0}"), std::string::npos) << shown << "\n"
-                                                                                              << erase.out;
+    EXPECT_NE(erase.out.find("\"deleted\":0,\"failed\":0,\"skipped\":1,\"bytes\":0}"), std::string::npos)
+        << shown << "\n"
+        << erase.out;
     EXPECT_TRUE(MissingCanaries().empty()) << shown;
   }
 }

@@ -293,11 +293,11 @@ TEST_F(UserRuleFile, WhatAnItemExcludesStaysAndTheFoldersHoldingItStayWithIt) {
   ASSERT_TRUE(WriteRules(L"lumenor-tests.xml", kExclusionRules));
   const unsigned id = rules::DerivedItemId(L"Rule App", L"Data");
   const ProgramResult scan = Cli(L"scan --json --items " + std::to_wstring(id));
-  EXPECT_EQ(testing::LinesOfType(scan.out, "trace"),
-            Sorted({TraceLine(id, "Data", data, L"a.log", 5), TraceLine(id, "Data", data + L"other\\", L"d.log", 5),
-                    TraceLine(id, "Data", data + L"sub\\", L"c.log", 5),
-                    TraceLine(id, "Data", data + L"sub\\", L"keep.log", 5),
-                    TraceLine(id, "Data", data, L"other\\", 0)}))
+  EXPECT_EQ(
+      testing::LinesOfType(scan.out, "trace"),
+      Sorted({TraceLine(id, "Data", data, L"a.log", 5), TraceLine(id, "Data", data + L"other\\", L"d.log", 5),
+              TraceLine(id, "Data", data + L"sub\\", L"c.log", 5),
+              TraceLine(id, "Data", data + L"sub\\", L"keep.log", 5), TraceLine(id, "Data", data, L"other\\", 0)}))
       << "exclude files names the files of its own folder only; of the folders only other\\ ends up empty";
   const ProgramResult erase = Cli(L"erase --json --items " + std::to_wstring(id));
   EXPECT_EQ(erase.exitCode, 0u) << erase.out;
@@ -331,12 +331,12 @@ TEST_F(UserRuleFile, FoldersAScopeRemovesAreListedAsTracesAndOnlyEmptyOnesGo) {
 
   const ProgramResult scan = Cli(L"scan --json --items " + items);
   EXPECT_EQ(scan.exitCode, 0u) << scan.err;
-  EXPECT_EQ(testing::LinesOfType(scan.out, "trace"),
-            Sorted({TraceLine(tidy, "Empty folders", app + L"Tidy\\", L"a\\", 0),
-                    TraceLine(tidy, "Empty folders", app + L"Tidy\\a\\", L"b\\", 0),
-                    TraceLine(bare, "Emptied", app, L"Bare\\", 0),
-                    TraceLine(bare, "Emptied", app + L"Bare\\", L"x\\", 0),
-                    TraceLine(bare, "Emptied", app + L"Bare\\x\\", L"y\\", 0)}))
+  EXPECT_EQ(
+      testing::LinesOfType(scan.out, "trace"),
+      Sorted({TraceLine(tidy, "Empty folders", app + L"Tidy\\", L"a\\", 0),
+              TraceLine(tidy, "Empty folders", app + L"Tidy\\a\\", L"b\\", 0),
+              TraceLine(bare, "Emptied", app, L"Bare\\", 0), TraceLine(bare, "Emptied", app + L"Bare\\", L"x\\", 0),
+              TraceLine(bare, "Emptied", app + L"Bare\\x\\", L"y\\", 0)}))
       << "a scope with no file to take still lists the folders it takes; Tidy holds c, which holds a file";
 
   const ProgramResult erase = Cli(L"erase --json --items " + items);

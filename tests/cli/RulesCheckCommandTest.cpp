@@ -146,8 +146,9 @@ TEST_F(RulesCheck, ACommunityFileIsReadAsOneWithItsFaultsAtTheirLinesAndWhatItHo
   ASSERT_EQ(lines.size(), 2u) << json.out;
   EXPECT_NE(lines[0].find("\"line\":5,"), std::string::npos) << lines[0];
   EXPECT_NE(lines[0].find("%Package%"), std::string::npos) << lines[0];
-  EXPECT_EQ(lines[1], "{\"type\":\"summary\",\"entries\":2,\"fileKeys\":3,\"regKeys\":1,\"excludeKeys\":1,"
-                      "\"detected\":1,\"problems\":1}")
+  EXPECT_EQ(lines[1],
+            "{\"type\":\"summary\",\"entries\":2,\"fileKeys\":3,\"regKeys\":1,\"excludeKeys\":1,"
+            "\"detected\":1,\"problems\":1}")
       << "the tool without a detect applies everywhere; the other is not installed";
 }
 

@@ -93,9 +93,8 @@ TEST_F(SeededMachine, ScanListsEverySeededTraceAsAJsonLineAndSumsUp) {
     bytes += trace.bytes;
   }
   ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"traces\":" + std::to_string(lines.size() - 1) +
-                              ",\"items\":" + std::to_string(itemsWithTraces.size()) +
-                              ",\"bytes\":" + std::to_string(bytes) + "}");
+  EXPECT_EQ(lines.back(), "{\"type\":\"summary\",\"traces\":" + std::to_string(lines.size() - 1) + ",\"items\":" +
+                              std::to_string(itemsWithTraces.size()) + ",\"bytes\":" + std::to_string(bytes) + "}");
 }
 
 TEST_F(SeededMachine, EraseDeletesWhatTheScanFoundAndASecondScanFindsNothing) {

@@ -65,8 +65,7 @@ TEST(CommunityRules, AScanOfEveryEntryFindsNothingAProtectedFolderOrALinkWouldGi
 
   auto book = std::make_unique<rules::RuleBook>();
   book->Add(rules::ReadWinapp2(bytes, L"winapp2.ini").rules);
-  const CCatalogue catalogue =
-      CCatalogue::Build(std::move(book), [](const rules::RuleBook::Entry&) { return true; });
+  const CCatalogue catalogue = CCatalogue::Build(std::move(book), [](const rules::RuleBook::Entry&) { return true; });
   std::vector<unsigned> ids;
   for (const rules::RuleBook::Entry& entry : catalogue.Rules()->Entries()) ids.push_back(entry.item->id);
   const auto run = MakeScanRun(catalogue.Root(), ids, catalogue.Rules());

@@ -22,9 +22,9 @@ using testing::TempFolder;
 using testing::WriteFileBytes;
 
 TEST(ExactNames, DeviceNamesAreKnownWhateverFollowsThem) {
-  for (const wchar_t* name : {L"NUL", L"nul", L"NUL.txt", L"NUL .txt", L"NUL ", L"con", L"PRN.log", L"AUX",
-                              L"CONIN$", L"conout$", L"COM1", L"com9.dat", L"LPT0", L"COM\u00B9", L"LPT\u00B3",
-                              L"LPT\u00B2.txt"}) {
+  for (const wchar_t* name :
+       {L"NUL", L"nul", L"NUL.txt", L"NUL .txt", L"NUL ", L"con", L"PRN.log", L"AUX", L"CONIN$", L"conout$", L"COM1",
+        L"com9.dat", L"LPT0", L"COM\u00B9", L"LPT\u00B3", L"LPT\u00B2.txt"}) {
     EXPECT_TRUE(IsDeviceName(name)) << ::testing::PrintToString(std::wstring(name));
     EXPECT_FALSE(IsUnambiguousFileName(name)) << ::testing::PrintToString(std::wstring(name));
   }
@@ -34,8 +34,10 @@ TEST(ExactNames, DeviceNamesAreKnownWhateverFollowsThem) {
 }
 
 TEST(ExactNames, TypedNamesThatThePlainFormReadsOtherwiseAreAmbiguous) {
-  for (const wchar_t* name : {L"a.", L"a..", L"a ", L"a. .", L"", L".", L"..", L"a\x01"
-                              L"b", L"a\tb", L"a:b", L"a*", L"a?b", L"a/b", L"a\\b"}) {
+  for (const wchar_t* name : {L"a.", L"a..", L"a ", L"a. .", L"", L".", L"..",
+                              L"a\x01"
+                              L"b",
+                              L"a\tb", L"a:b", L"a*", L"a?b", L"a/b", L"a\\b"}) {
     EXPECT_FALSE(IsUnambiguousFileName(name)) << ::testing::PrintToString(std::wstring(name));
   }
   for (const wchar_t* name : {L"a", L".a", L"a.b", L"report 2024.docx", L"\u00E9t\u00E9.txt", L" leading"}) {
@@ -55,9 +57,9 @@ TEST(ExactNames, OnlyFolderPathsWrittenOutInFullAreExact) {
   for (const wchar_t* folder : {L"C:\\", L"C:\\x\\", L"c:\\x\\b.\\", L"C:\\x\\b \\", L"\\\\server\\share\\x\\"}) {
     EXPECT_TRUE(IsExactFolderPath(folder)) << ::testing::PrintToString(std::wstring(folder));
   }
-  for (const wchar_t* folder : {L"C:\\x", L"C:\\x\\..\\", L"C:\\x\\.\\", L"C:\\x\\\\y\\", L"C:/x/", L"C:x\\",
-                                L"x\\", L"\\\\?\\C:\\x\\", L"\\\\.\\C:\\", L"C:\\NUL\\", L"C:\\a*\\",
-                                L"\\\\server\\\\share\\"}) {
+  for (const wchar_t* folder :
+       {L"C:\\x", L"C:\\x\\..\\", L"C:\\x\\.\\", L"C:\\x\\\\y\\", L"C:/x/", L"C:x\\", L"x\\", L"\\\\?\\C:\\x\\",
+        L"\\\\.\\C:\\", L"C:\\NUL\\", L"C:\\a*\\", L"\\\\server\\\\share\\"}) {
     EXPECT_FALSE(IsExactFolderPath(folder)) << ::testing::PrintToString(std::wstring(folder));
   }
 }

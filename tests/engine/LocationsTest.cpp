@@ -1,7 +1,7 @@
 // The locations items get: the rows with logic (drives, paging file, profiles, PocoMail,
 // IncrediMail, Messenger), stopping at the first missing folder, and bounds.
-#include "catalogue/CatalogueTable.h"
 #include "catalogue/CMyObject.h"
+#include "catalogue/CatalogueTable.h"
 #include "catalogue/ItemIds.h"
 #include "engine/LocationFillers.h"
 #include "engine/Locations.h"

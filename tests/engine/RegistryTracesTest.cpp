@@ -18,8 +18,9 @@ using Found = std::pair<std::wstring, std::wstring>;  // key path, value name
 
 std::vector<Found> Scan(const TestKey& key, std::wstring_view selector, const StopToken& stop = StopToken()) {
   std::vector<Found> found;
-  ScanRegistryLocation(key.Root(), key.Path(), selector, stop,
-                       [&](std::wstring_view path, std::wstring_view name, uint64_t) { found.emplace_back(path, name); });
+  ScanRegistryLocation(
+      key.Root(), key.Path(), selector, stop,
+      [&](std::wstring_view path, std::wstring_view name, uint64_t) { found.emplace_back(path, name); });
   return found;
 }
 
@@ -47,8 +48,9 @@ TEST(RegistryScan, MissingKeyOrKeysWithoutValuesReportNothing) {
   TestKey key;
   key.CreateKey(L"A\\B\\C");
   EXPECT_TRUE(Scan(key, L"*.*").empty());
-  ScanRegistryLocation(HKEY_CURRENT_USER, key / L"Nowhere", L"*.*", StopToken(),
-                       [](std::wstring_view, std::wstring_view, uint64_t) { ADD_FAILURE() << "reported from a missing key"; });
+  ScanRegistryLocation(
+      HKEY_CURRENT_USER, key / L"Nowhere", L"*.*", StopToken(),
+      [](std::wstring_view, std::wstring_view, uint64_t) { ADD_FAILURE() << "reported from a missing key"; });
 }
 
 TEST(RegistryScan, SeesTheThirtyTwoBitViewOfTheMachineBranch) {
@@ -70,9 +72,10 @@ TEST(RegistryScan, StopsAfterTheEntryBeingHandled) {
   for (int i = 0; i < 20; ++i) key.SetText(L"", L"v" + std::to_wstring(i), L"x");
   StopSignal stop;
   int reported = 0;
-  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stop), [&](std::wstring_view, std::wstring_view, uint64_t) {
-    if (++reported == 3) stop.Request();
-  });
+  ScanRegistryLocation(key.Root(), key.Path(), L"*.*", StopToken(&stop),
+                       [&](std::wstring_view, std::wstring_view, uint64_t) {
+                         if (++reported == 3) stop.Request();
+                       });
   EXPECT_EQ(reported, 3);
 
   // A fresh signal, set by nobody, stops nothing.
@@ -189,8 +192,9 @@ TEST(RegistryLinks, AreNeitherFollowedByAScanNorByAnErase) {
     GTEST_SKIP() << "registry links cannot be made here";
   }
   std::vector<Found> found;
-  ScanRegistryLocation(key.Root(), key / L"Clean", L"*.*", StopToken(),
-                       [&](std::wstring_view path, std::wstring_view name, uint64_t) { found.emplace_back(path, name); });
+  ScanRegistryLocation(
+      key.Root(), key / L"Clean", L"*.*", StopToken(),
+      [&](std::wstring_view path, std::wstring_view name, uint64_t) { found.emplace_back(path, name); });
   EXPECT_EQ(found, (std::vector<Found>{{key / L"Clean", L"trace"}})) << "scan went through the link";
 
   testing::RecordingTally tally;

@@ -101,8 +101,7 @@ TEST_F(RuleItem, MasksMatchWholeNamesInAnyCaseAndStarDotStarTakesNamesWithoutExt
   rules::Item item;
   item.files = {Files(L"%LocalAppData%\\App", {L"LOG", L"*.tmp"})};
   Scan(std::move(item));
-  EXPECT_EQ(Found(), (std::vector<std::wstring>{local_ + L"App\\a.tmp", local_ + L"App\\b.TMP",
-                                                local_ + L"App\\log"}))
+  EXPECT_EQ(Found(), (std::vector<std::wstring>{local_ + L"App\\a.tmp", local_ + L"App\\b.TMP", local_ + L"App\\log"}))
       << "never other.log nor LOG.txt: a mask is the whole name";
 
   rules::Item every;
@@ -162,8 +161,8 @@ TEST_F(RuleItem, AWildcardNeverExpandsThroughAFolderLink) {
 }
 
 TEST_F(RuleItem, ExcludedFilesAndFoldersStay) {
-  for (const wchar_t* file : {L"App\\a.log", L"App\\keep.log", L"App\\pinned\\b.log", L"App\\sub\\c.log",
-                              L"App\\sub\\c.db"}) {
+  for (const wchar_t* file :
+       {L"App\\a.log", L"App\\keep.log", L"App\\pinned\\b.log", L"App\\sub\\c.log", L"App\\sub\\c.db"}) {
     MakeFile(local_ + file);
   }
   rules::Item item;
@@ -204,18 +203,20 @@ TEST_F(RuleItem, ARuleNamingAProtectedFolderTouchesNothingButTheFilesItNamesTher
 
 TEST_F(RuleItem, ABrowsersOwnFilesLevelDbFilesAndJournalsOfKeptDatabasesStay) {
   const std::wstring profile = local_ + L"Browser\\User Data\\Default\\";
-  for (const wchar_t* file : {L"..\\Local State", L"Preferences", L"Bookmarks", L"History", L"History-journal",
-                              L"Web Data", L"Web Data-journal", L"old.log", L"Local Storage\\leveldb\\000003.log",
-                              L"Local Storage\\leveldb\\CURRENT", L"Local Storage\\leveldb\\MANIFEST-000001",
-                              L"Extensions\\abc\\1.0\\manifest.json"}) {
+  for (const wchar_t* file :
+       {L"..\\Local State", L"Preferences", L"Bookmarks", L"History", L"History-journal", L"Web Data",
+        L"Web Data-journal", L"old.log", L"Local Storage\\leveldb\\000003.log", L"Local Storage\\leveldb\\CURRENT",
+        L"Local Storage\\leveldb\\MANIFEST-000001", L"Extensions\\abc\\1.0\\manifest.json"}) {
     MakeFile(profile + file);
   }
   rules::Item item;
-  item.files = {Files(L"%LocalAppData%\\Browser\\User Data", {L"*.log", L"Local State", L"*-journal", L"History",
-                                                              L"Preferences", L"Bookmarks", L"manifest.json"},
-                      FileScope::kRecursive)};
+  item.files = {
+      Files(L"%LocalAppData%\\Browser\\User Data",
+            {L"*.log", L"Local State", L"*-journal", L"History", L"Preferences", L"Bookmarks", L"manifest.json"},
+            FileScope::kRecursive)};
   Scan(std::move(item));
-  EXPECT_EQ(Found(), (std::vector<std::wstring>{profile + L"History", profile + L"History-journal", profile + L"old.log"}))
+  EXPECT_EQ(Found(),
+            (std::vector<std::wstring>{profile + L"History", profile + L"History-journal", profile + L"old.log"}))
       << "a journal goes with its database, never without it";
   const std::vector<std::wstring> reasons = SkipReasons();
   for (const wchar_t* reason : {L"browser data that is never deleted", L"the journal of a database that stays",

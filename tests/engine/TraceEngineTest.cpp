@@ -64,9 +64,9 @@ TEST_F(ItemInTree, ScanReportsRowsInLocationOrderAndCountsItemApplicationAndCate
   TempFolder folder;
   MakeFile(folder / L"report.lnk");
 
-  const auto run = RunOf({{kItemRunHistory, {Key(key / L"MRU"), Folder(folder.Path(), L"*.*", kMatchEveryFile),
-                                 Key(key / L"Missing")}},
-                          {kItemDocumentHistory, {Folder(folder.Path(), L"report.lnk", kMatchExactName)}}});
+  const auto run = RunOf(
+      {{kItemRunHistory, {Key(key / L"MRU"), Folder(folder.Path(), L"*.*", kMatchEveryFile), Key(key / L"Missing")}},
+       {kItemDocumentHistory, {Folder(folder.Path(), L"report.lnk", kMatchExactName)}}});
   const CMyObject& item = Node(kItemRunHistory);
   const CMyObject& other = Node(kItemDocumentHistory);
 
@@ -119,10 +119,10 @@ TEST_F(ItemInTree, EraseRunsEveryLocationAndTalliesDeletions) {
   MakeFile(folder / L"one.tmp");
   MakeFile(folder / L"sub\\two.tmp");
 
-  const auto run = RunOf({{kItemLastRegistryKey,
-                           {Key(key / L"MRU"),
-                            Folder(folder.Path(), L"*.*", 1),  // a kind no scan reports, erased all the same
-                            Key(key / L"Values", L"lastkey")}}});
+  const auto run =
+      RunOf({{kItemLastRegistryKey,
+              {Key(key / L"MRU"), Folder(folder.Path(), L"*.*", 1),  // a kind no scan reports, erased all the same
+               Key(key / L"Values", L"lastkey")}}});
   testing::RecordingSink sink;
   ScanItem(*run, run->Items()[0], sink, StopToken(), testing::MachineGuard());
   testing::RecordingTally tally;
@@ -224,8 +224,8 @@ TEST_F(GuardedProfile, TheTemporaryFolderIsEmptiedButKeptWhereProgramsExpectIt) 
   paths_.variables[L"TEMP"] = temp_.substr(0, temp_.size() - 1);
   const std::wstring cache = profile_ + L"AppData\\Local\\Cache\\";
   MakeFile(cache + L"entry.bin");
-  const auto run = RunOf(
-      {{kItemTemporaryFiles, {Folder(temp_, L"*.*", kMatchEveryFile), Folder(cache, L"*.*", kMatchEveryFile)}}});
+  const auto run =
+      RunOf({{kItemTemporaryFiles, {Folder(temp_, L"*.*", kMatchEveryFile), Folder(cache, L"*.*", kMatchEveryFile)}}});
   testing::RecordingTally tally;
   EraseItem(run->Items()[0], tally, FolderGuard(paths_), run->CookiesToKeep());
   EXPECT_EQ(tally.erased, 3);
@@ -235,8 +235,9 @@ TEST_F(GuardedProfile, TheTemporaryFolderIsEmptiedButKeptWhereProgramsExpectIt) 
 }
 
 TEST_F(GuardedProfile, InAProtectedFolderANamedFileIsTheOnlyThingTouched) {
-  const auto run = RunOf({{kItemWindowsLogFiles, {Folder(profile_, L"ntuser.log", kMatchExactName),
-                                                   Folder(profile_, L"*.log", kMatchExactName)}}});
+  const auto run =
+      RunOf({{kItemWindowsLogFiles,
+              {Folder(profile_, L"ntuser.log", kMatchExactName), Folder(profile_, L"*.log", kMatchExactName)}}});
   const FolderGuard guard(paths_);
   testing::RecordingSink sink;
   ScanItem(*run, run->Items()[0], sink, StopToken(), guard);
@@ -292,7 +293,8 @@ TEST(RemoveListedTrace, ARegistryRowAlwaysGoesAndActsOnTheCurrentUser) {
   RegDeleteKeyExW(HKEY_CURRENT_USER, machine.Path().c_str(), kRegistryView, 0);
 
   EXPECT_EQ(RemoveListedTrace(L"gone", L"HKEY_CURRENT_USER\\Software\\LumenorTests\\nowhere", true),
-            std::optional<uint64_t>(0)) << "the row goes; nothing went with it";
+            std::optional<uint64_t>(0))
+      << "the row goes; nothing went with it";
 }
 
 }  // namespace

@@ -167,7 +167,8 @@ TEST_F(SeededItems, OneClickErasesEveryTickedItemEvenWhereTheScanFoundNothing) {
   ItemSelection selection = ItemSelection::FromCatalogue(catalogue_.Root(), true);
   selection.TickById(kAppWindowsEntries);
   TickOneClickList(selection, settings_);
-  EXPECT_EQ(selection.TickedItems(), (std::vector<unsigned>{kItemRunHistory, kItemWordPadRecentFiles, kItemAcdseeFavorites}));
+  EXPECT_EQ(selection.TickedItems(),
+            (std::vector<unsigned>{kItemRunHistory, kItemWordPadRecentFiles, kItemAcdseeFavorites}));
 
   RecordingReports reports;
   const auto run = MakeScanRun(catalogue_.Root(), selection.TickedItems());

@@ -164,11 +164,10 @@ TEST_F(RuleItemsOnTheScanPage, TheRuleItemsTicksAreScannedListedAndErased) {
                    page_->Results().RowText(row, 2));
   }
   std::sort(rows.begin(), rows.end());
-  EXPECT_EQ(rows, (std::vector<std::wstring>{L"Cache|Cache\\|" + temp_ / L"Rule App\\",
-                                             L"Cache|a.bin|" + temp_ / L"Rule App\\Cache\\",
-                                             L"Cache|b\\|" + temp_ / L"Rule App\\Cache\\",
-                                             L"Cache|c.bin|" + temp_ / L"Rule App\\Cache\\b\\",
-                                             L"Sessions|session.json|" + temp_ / L"Rule App\\Sessions\\"}))
+  EXPECT_EQ(rows, (std::vector<std::wstring>{
+                      L"Cache|Cache\\|" + temp_ / L"Rule App\\", L"Cache|a.bin|" + temp_ / L"Rule App\\Cache\\",
+                      L"Cache|b\\|" + temp_ / L"Rule App\\Cache\\", L"Cache|c.bin|" + temp_ / L"Rule App\\Cache\\b\\",
+                      L"Sessions|session.json|" + temp_ / L"Rule App\\Sessions\\"}))
       << "the folders the erase takes once emptied are listed too";
   EXPECT_EQ(page_->Tree().ScanStateOf(kCache), CMyTreeCtrl::kDone);
 

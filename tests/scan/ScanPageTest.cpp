@@ -96,7 +96,8 @@ TEST_F(ScanPage, AScanListsEveryTraceCountsItAndSavesTheSelection) {
   EXPECT_EQ(page_->Tree().ScanStateOf(kAppWindowsEntries), CMyTreeCtrl::kDone)
       << "the application is done with its items";
   EXPECT_EQ(page_->Tree().ScanStateOf(kItemVisitedSites), CMyTreeCtrl::kUntouched);
-  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent), (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory}));
+  EXPECT_EQ(ReadSelection(settings_, Selection::kRecent),
+            (std::vector<unsigned>{kItemTemporaryFiles, kItemRunHistory}));
   EXPECT_FALSE(page_->Scanning());
   EXPECT_FALSE(page_->Busy());
 }

@@ -15,7 +15,7 @@ struct SeededTrace {
   std::wstring name;      // value or file name
   std::wstring location;  // root prefix and key path, or folder ending with "\"
   bool isRegistry;
-  uint64_t bytes;         // the file's size, or the value's text with its terminator
+  uint64_t bytes;  // the file's size, or the value's text with its terminator
 };
 
 // Seeds every trace; returns them, or the ones it could not place as `failures`.
