@@ -25,7 +25,7 @@ std::wstring FillIn(std::wstring_view pattern, std::initializer_list<std::wstrin
 
 std::wstring MegabytesText(uint64_t bytes, int decimals) {
   // Whole numbers of the last decimal place, rounded half up: no floating-point formatting.
-  constexpr uint64_t kMegabyte = 1024 * 1024;
+  constexpr uint64_t kMegabyte = uint64_t{1024} * 1024;
   decimals = std::clamp(decimals, 0, 3);
   uint64_t scale = 1;
   for (int place = 0; place < decimals; ++place) scale *= 10;

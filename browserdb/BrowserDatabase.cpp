@@ -297,8 +297,9 @@ std::string RowBytesExpression(const std::vector<std::string>& columns) {
   std::string expression = "(0";
   for (const std::string& column : columns) {
     const std::string name = QuotedName(column);
-    expression += " + CASE typeof(" + name + ") WHEN 'null' THEN 0 WHEN 'integer' THEN 8 WHEN 'real' THEN 8 ELSE " +
-                  "octet_length(" + name + ") END";
+    expression.append(" + CASE typeof(").append(name);
+    expression.append(") WHEN 'null' THEN 0 WHEN 'integer' THEN 8 WHEN 'real' THEN 8 ELSE octet_length(");
+    expression.append(name).append(") END");
   }
   return expression + ")";
 }

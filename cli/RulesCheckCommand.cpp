@@ -49,7 +49,7 @@ FileBytes ReadWholeFile(const std::wstring& path, size_t limit) {
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file.Get(), &size)) return {{}, L"cannot be read (no size)"};
   if (size.QuadPart < 0 || static_cast<unsigned long long>(size.QuadPart) > limit) {
-    return {{}, L"larger than " + std::to_wstring(limit / (1024 * 1024)) + L" MiB"};
+    return {{}, L"larger than " + std::to_wstring(limit / (size_t{1024} * 1024)) + L" MiB"};
   }
   FileBytes read;
   read.bytes.resize(static_cast<size_t>(size.QuadPart));
@@ -71,9 +71,16 @@ void PrintProblems(const std::vector<rules::Problem>& problems, bool json, Buffe
   for (const rules::Problem& problem : problems) {
     const std::wstring line = std::to_wstring(problem.where.line);
     const std::wstring column = std::to_wstring(problem.where.column);
-    lines.Line(json ? L"{\"type\":\"problem\",\"file\":" + JsonString(problem.where.file) + L",\"line\":" + line +
-                          L",\"column\":" + column + L",\"message\":" + JsonString(problem.message) + L"}"
-                    : problem.where.file + L":" + line + L":" + column + L": " + problem.message);
+    std::wstring text;
+    if (json) {
+      text.append(L"{\"type\":\"problem\",\"file\":").append(JsonString(problem.where.file));
+      text.append(L",\"line\":").append(line).append(L",\"column\":").append(column);
+      text.append(L",\"message\":").append(JsonString(problem.message)).append(L"}");
+    } else {
+      text.append(problem.where.file).append(L":").append(line).append(L":").append(column);
+      text.append(L": ").append(problem.message);
+    }
+    lines.Line(text);
   }
 }
 

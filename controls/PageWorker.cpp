@@ -24,7 +24,7 @@ PageWorker::~PageWorker() {
   }
 }
 
-bool PageWorker::Start(Job job, Ended ended) {
+bool PageWorker::Start(Job job, const Ended& ended) {
   if (running_) {
     return false;
   }

@@ -42,7 +42,7 @@ class PageWorker {
 
   // False, with nothing started, while a run is under way; false, with the run ended at
   // once, when no thread could start.
-  bool Start(Job job, Ended ended);
+  bool Start(Job job, const Ended& ended);
   void RequestStop();
   // From Start until the run's end has been told on the owner's thread.
   bool Running() const { return running_; }

@@ -14,7 +14,7 @@
 namespace lumenor {
 
 // Real "Local State" files hold tens of kilobytes; a larger one is not read.
-inline constexpr size_t kMaxLocalStateBytes = 16 * 1024 * 1024;
+inline constexpr size_t kMaxLocalStateBytes = size_t{16} * 1024 * 1024;
 
 // Whether a name from a browser's files may be taken as a profile folder right under the
 // user data root: not empty, not "." or "..", no "\", "/", ":", wildcard, quote or

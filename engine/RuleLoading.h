@@ -17,7 +17,7 @@
 namespace lumenor {
 
 // The largest rule file read; the community file is about 1.3 MB.
-inline constexpr size_t kMaxRuleFileBytes = 64 * 1024 * 1024;
+inline constexpr size_t kMaxRuleFileBytes = size_t{64} * 1024 * 1024;
 
 struct LoadedRules {
   std::unique_ptr<rules::RuleBook> book;

@@ -81,7 +81,7 @@ std::vector<ProfileFolders> ChromiumProfiles(const std::wstring& root) {
 
 std::vector<ProfileFolders> MozillaProfiles(const std::wstring& root, const std::vector<std::wstring>& localRoots) {
   std::vector<ProfileFolders> profiles;
-  const auto text = ReadSmallFile(root + L"profiles.ini", 1024 * 1024);
+  const auto text = ReadSmallFile(root + L"profiles.ini", size_t{1024} * 1024);
   if (!text) return profiles;
   for (const MozillaProfile& profile : MozillaProfilesFromIni(*text)) {
     if (!profile.isRelative) {

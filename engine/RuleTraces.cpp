@@ -335,7 +335,8 @@ std::wstring ParameterOf(const PlannedDatabase& database, std::wstring_view name
 
 std::vector<std::string> KeysOf(const PlannedDatabase& database) {
   std::vector<std::string> keys;
-  std::wstring_view text = ParameterOf(database, L"keys");
+  const std::wstring parameter = ParameterOf(database, L"keys");
+  std::wstring_view text = parameter;
   while (!text.empty()) {
     const size_t semicolon = text.find(L';');
     const std::wstring_view key = text.substr(0, semicolon);

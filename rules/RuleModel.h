@@ -135,6 +135,7 @@ struct Exclusion {
 struct WindowsVersion {
   int major = 0;
   int minor = 0;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the defaulted comparison is not a pointer
   auto operator<=>(const WindowsVersion&) const = default;
 };
 

@@ -76,7 +76,8 @@ HIMAGELIST MakeCatalogueImageList() {
     controls::CBitmapResource picture(id);
     if (!picture || ::ImageList_AddMasked(list, picture.Handle(), kPictureBackground) < 0) {
       // Keeps the indexes of the pictures after it: an empty picture in its place.
-      static const std::vector<DWORD> background(kPicture * kPicture, 0x00010000);  // RGB(1,0,0) as pixels
+      static const std::vector<DWORD> background(static_cast<size_t>(kPicture) * kPicture,
+                                                 0x00010000);  // RGB(1,0,0) as pixels
       const controls::OwnedBitmap blank(::CreateBitmap(kPicture, kPicture, 1, 32, background.data()));
       if (blank) {
         (void)::ImageList_AddMasked(list, blank.Get(), kPictureBackground);  // the list keeps a copy

@@ -172,8 +172,10 @@ int CMyTreeCtrl::ScanStateOf(unsigned id) const {
 }
 
 bool CMyTreeCtrl::LineOf(HTREEITEM item, RECT& line) const {
-  // The message takes the item in the rectangle it fills.
-  std::memcpy(&line, &item, sizeof item);
+  // The message takes the item's handle, itself, in the rectangle it fills.
+  const auto handle = reinterpret_cast<UINT_PTR>(item);
+  static_assert(sizeof line >= sizeof handle);
+  std::memcpy(&line, &handle, sizeof handle);
   return item != nullptr && Send(TVM_GETITEMRECT, FALSE, reinterpret_cast<LPARAM>(&line)) != FALSE;
 }
 

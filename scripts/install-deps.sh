@@ -2,8 +2,9 @@
 # Installs what building and testing Lumenor on Debian 12 needs: CMake and Ninja, the
 # MinGW-w64 cross compilers (posix threading), GoogleTest's sources, nlohmann-json's
 # headers, Wine and Xvfb, clang with libFuzzer and the sanitizers' runtimes (and
-# llvm-symbolizer) for the native fuzz harnesses, and what packaging needs: NSIS for the
-# setup program, zip and unzip for the portable zips.
+# llvm-symbolizer) for the native fuzz harnesses, clang-format and clang-tidy for the
+# source checks, and what packaging needs: NSIS for the setup program, zip and unzip for
+# the portable zips.
 # Then fetches SQLite's source (third_party/sqlite/, which git ignores): Debian has no
 # MinGW build of it, so it comes from the npm package better-sqlite3, which carries the
 # official amalgamation, and is checked against the checksums in cmake/sqlite.sha256.
@@ -23,6 +24,7 @@ packages=(
   wine wine64
   xvfb xauth
   clang libclang-rt-14-dev llvm
+  clang-format clang-tidy
   nsis zip unzip
 )
 

@@ -9,7 +9,7 @@ namespace lumenor {
 namespace {
 
 // Room for thousands of names: a path-sized buffer would hold one or two.
-constexpr size_t kChoiceBufferChars = 256 * 1024;
+constexpr size_t kChoiceBufferChars = size_t{256} * 1024;
 
 }  // namespace
 

@@ -25,7 +25,7 @@ constexpr DWORD kTimeoutMs = 10000;
 constexpr DWORD kUrlBuffer = 1024;
 constexpr DWORD kBlock = 4096;
 // A description file is a few lines; anything much larger is not one.
-constexpr size_t kMaxDescription = 64 * 1024;
+constexpr size_t kMaxDescription = size_t{64} * 1024;
 
 class InternetHandle {
  public:

@@ -19,7 +19,7 @@ namespace {
 using Outcome = HttpDownload::Outcome;
 
 // The file is about 2 MB; nothing many times that size is a rule file.
-constexpr std::size_t kMaxRulesBytes = 64 * 1024 * 1024;
+constexpr std::size_t kMaxRulesBytes = std::size_t{64} * 1024 * 1024;
 constexpr wchar_t kDownloadSuffix[] = L".download";
 
 bool StartsWithAsciiNoCase(std::wstring_view text, std::wstring_view start) {
@@ -68,8 +68,8 @@ std::wstring DownloadFault(const HttpDownload& download) {
     case Outcome::kBrokenOff:
       return L"the connection broke off: cut off after " + std::to_wstring(download.body.size()) + L" bytes";
     case Outcome::kTooLarge:
-      return L"the file is too large to be a rule file (over " + std::to_wstring(kMaxRulesBytes / (1024 * 1024)) +
-             L" MB)";
+      return L"the file is too large to be a rule file (over " +
+             std::to_wstring(kMaxRulesBytes / (std::size_t{1024} * 1024)) + L" MB)";
     case Outcome::kStopped:
       return L"stopped before the download was complete";
   }

@@ -19,7 +19,7 @@ using Outcome = HttpDownload::Outcome;
 
 constexpr wchar_t kAgent[] = L"Lumenor";
 constexpr DWORD kTimeoutMs = 10000;
-constexpr ULONGLONG kStallLimitMs = 2 * kTimeoutMs;
+constexpr ULONGLONG kStallLimitMs = ULONGLONG{2} * kTimeoutMs;
 constexpr DWORD kBlock = 64 * 1024;
 // Always from the server, never into or out of the cache: what is read is what came now.
 constexpr DWORD kOpenFlags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_PRAGMA_NOCACHE | INTERNET_FLAG_NO_CACHE_WRITE |

@@ -17,7 +17,7 @@ constexpr size_t kFewAttributes = 8;
 constexpr char32_t kBeyondUnicode = 0x110000;
 
 std::string SizeText(size_t bytes) {
-  constexpr size_t kMiB = 1024 * 1024;
+  constexpr size_t kMiB = size_t{1024} * 1024;
   if (bytes >= kMiB && bytes % kMiB == 0) {
     return std::to_string(bytes / kMiB) + " MiB";
   }

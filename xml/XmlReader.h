@@ -32,7 +32,7 @@
 
 namespace lumenor::xml {
 
-inline constexpr size_t kMaxInputBytes = 64 * 1024 * 1024;
+inline constexpr size_t kMaxInputBytes = size_t{64} * 1024 * 1024;
 inline constexpr size_t kMaxDepth = 256;
 
 struct ReadLimits {
