@@ -2,6 +2,7 @@
 // machine, against the plainest code that reads the same bytes and makes the same
 // existence checks (each Detect key opened, each DetectFile path looked up, a wildcard in
 // its last name listed), in the same run. Prints times and the ratio (target: 1.5).
+#include "bench/BenchSupport.h"
 #include "engine/RulePlan.h"
 #include "rules/RuleBook.h"
 #include "rules/Winapp2Reader.h"
@@ -21,17 +22,6 @@
 namespace {
 
 constexpr int kRounds = 5;
-constexpr int kWinapp2Resource = 9100;  // bench/rules_bench_file.rc, written by CMake
-
-std::string_view EmbeddedFile() {
-  const HMODULE module = GetModuleHandleW(nullptr);
-  const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(kWinapp2Resource), RT_RCDATA);
-  if (resource == nullptr) return {};
-  const HGLOBAL loaded = LoadResource(module, resource);
-  const void* bytes = loaded != nullptr ? LockResource(loaded) : nullptr;
-  return bytes == nullptr ? std::string_view()
-                          : std::string_view(static_cast<const char*>(bytes), SizeofResource(module, resource));
-}
 
 double Seconds(const std::function<void()>& work) {
   const auto start = std::chrono::steady_clock::now();
@@ -145,7 +135,7 @@ class PlainDetection {
 }  // namespace
 
 int wmain() {
-  const std::string_view file = EmbeddedFile();
+  const std::string_view file = lumenor::bench::EmbeddedWinapp2();
   if (file.empty()) {
     std::printf("no winapp2.ini was built in (it is looked for at ../shared/winapp2/Winapp2.ini)\n");
     return 0;

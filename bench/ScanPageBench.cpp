@@ -5,6 +5,7 @@
 //   targets: at least 100,000 rows a second into the list, no stall of the window's
 //   thread over 100 ms; the page's scan within 1.2 times the command-line tool's.
 #include "base/ModulePath.h"
+#include "bench/BenchSupport.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/ItemIds.h"
 #include "controls/Dialog.h"
@@ -25,30 +26,13 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using lumenor::bench::Clock;
+using lumenor::bench::PumpUntil;
+using lumenor::bench::Seconds;
 
 constexpr int kRows = 100000;
 constexpr int kFolders = 200;
 const std::wstring kTemp = L"C:\\lumenor-page-bench\\Temp";
-
-double Seconds(Clock::duration duration) { return std::chrono::duration<double>(duration).count(); }
-
-// Runs the thread's messages until `done`, noting the longest single dispatch.
-double PumpUntil(const std::function<bool()>& done) {
-  Clock::duration longest{};
-  MSG message{};
-  while (!done()) {
-    if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-      const auto start = Clock::now();
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-      longest = std::max(longest, Clock::now() - start);
-    } else {
-      (void)MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-    }
-  }
-  return Seconds(longest);
-}
 
 class ListHost : public lumenor::controls::CDialog {
  public:

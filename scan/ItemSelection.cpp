@@ -43,6 +43,7 @@ int ItemSelection::AddRow(unsigned id, int level, int parent) {
   row.level = level;
   row.parent = parent;
   rows_.push_back(std::move(row));
+  (void)firstRowOf_.try_emplace(id, index);  // a later row of the same id is never the one asked for
   if (parent < 0) {
     categories_.push_back(index);
   } else {
@@ -52,10 +53,8 @@ int ItemSelection::AddRow(unsigned id, int level, int parent) {
 }
 
 int ItemSelection::RowOf(unsigned id) const {
-  for (size_t row = 0; row < rows_.size(); ++row) {
-    if (rows_[row].id == id) return static_cast<int>(row);
-  }
-  return -1;
+  const auto found = firstRowOf_.find(id);
+  return found == firstRowOf_.end() ? -1 : found->second;
 }
 
 void ItemSelection::SetState(int row, int state) {

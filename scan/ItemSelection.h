@@ -9,6 +9,7 @@
 #include "settings/IniFileRW.h"
 
 #include <functional>
+#include <unordered_map>
 #include <vector>
 
 namespace lumenor {
@@ -83,6 +84,8 @@ class ItemSelection {
 
   std::vector<Row> rows_;
   std::vector<int> categories_;
+  // The first row of each id: a scan asks for the row of every item it reaches.
+  std::unordered_map<unsigned, int> firstRowOf_;
   std::vector<unsigned> ruleDefaults_;
 };
 

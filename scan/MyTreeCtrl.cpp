@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumenor {
 
@@ -21,6 +22,33 @@ constexpr int kMarkSize = 16;
 constexpr int kBusyFrames = 8;
 constexpr COLORREF kCountColour = 0x636363;
 constexpr COLORREF kMarkBackground = RGB(255, 0, 255);
+constexpr int kNotShown = -1;  // the box of a row not made yet
+// More rows changing at once than this are changed with the tree's drawing held off.
+constexpr size_t kManyChanges = 32;
+
+// For every row whose box changes while the tree shows, Wine's tree view does work in
+// proportion to all its open rows: ticking the 944 items of one open application kept
+// the window's thread busy for seconds. Many rows change with the tree's drawing held off
+// (the system's WM_SETREDRAW, which the tree view otherwise keeps to itself), and the
+// tree is drawn once after.
+class DrawingHeldOff {
+ public:
+  DrawingHeldOff(HWND tree, bool hold)
+      : tree_(hold && (::GetWindowLongW(tree, GWL_STYLE) & WS_VISIBLE) != 0 ? tree : nullptr) {
+    if (tree_ != nullptr) (void)::DefWindowProcW(tree_, WM_SETREDRAW, FALSE, 0);  // answers nothing
+  }
+  ~DrawingHeldOff() {
+    if (tree_ == nullptr) return;
+    (void)::DefWindowProcW(tree_, WM_SETREDRAW, TRUE, 0);
+    // Fails only for a tree that went, which has nothing to draw.
+    (void)::RedrawWindow(tree_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
+  }
+  DrawingHeldOff(const DrawingHeldOff&) = delete;
+  DrawingHeldOff& operator=(const DrawingHeldOff&) = delete;
+
+ private:
+  HWND tree_;
+};
 
 }  // namespace
 
@@ -62,28 +90,72 @@ void CMyTreeCtrl::Fill(ItemSelection& selection, std::vector<const CMyObject*> n
   nodes_ = std::move(nodes);
   const std::vector<ItemSelection::Row>& rows = selection.Rows();
   nodes_.resize(rows.size(), nullptr);
+  images_.assign(rows.size(), 0);
   items_.assign(rows.size(), nullptr);
+  shownStates_.assign(rows.size(), kNotShown);
   scanStates_.assign(rows.size(), kUntouched);
   (void)Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));  // empty already the first time
   int lastImage = 0;
   for (size_t row = 0; row < rows.size(); ++row) {
-    const CMyObject* node = nodes_[row];
-    const std::wstring name = node != nullptr ? node->Name() : LoadResourceString(rows[row].id);
     // A row without a node shows the picture of the row before it, a sibling of its kind.
-    const int image = node != nullptr ? node->Image() : lastImage;
-    lastImage = image;
-    TVINSERTSTRUCTW insert{};
-    insert.hParent = rows[row].parent < 0 ? TVI_ROOT : items_[static_cast<size_t>(rows[row].parent)];
-    insert.hInsertAfter = TVI_LAST;
-    insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM | TVIF_STATE;
-    insert.item.pszText = const_cast<wchar_t*>(name.c_str());
-    insert.item.iImage = image;
-    insert.item.iSelectedImage = image;
-    insert.item.lParam = static_cast<LPARAM>(row);
-    insert.item.stateMask = TVIS_STATEIMAGEMASK;
-    insert.item.state = INDEXTOSTATEIMAGEMASK(rows[row].state);
-    items_[row] = reinterpret_cast<HTREEITEM>(Send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
+    images_[row] = nodes_[row] != nullptr ? nodes_[row]->Image() : lastImage;
+    lastImage = images_[row];
   }
+  for (size_t row = 0; row < rows.size(); ++row) {
+    if (rows[row].parent < 0) InsertRow(static_cast<int>(row));
+  }
+}
+
+void CMyTreeCtrl::InsertRow(int row) {
+  const ItemSelection::Row& shown = selection_->Rows()[static_cast<size_t>(row)];
+  const CMyObject* node = nodes_[static_cast<size_t>(row)];
+  const std::wstring name = node != nullptr ? node->Name() : LoadResourceString(shown.id);
+  TVINSERTSTRUCTW insert{};
+  insert.hParent = shown.parent < 0 ? TVI_ROOT : items_[static_cast<size_t>(shown.parent)];
+  insert.hInsertAfter = TVI_LAST;
+  insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM | TVIF_STATE | TVIF_CHILDREN;
+  insert.item.pszText = const_cast<wchar_t*>(name.c_str());
+  insert.item.iImage = images_[static_cast<size_t>(row)];
+  insert.item.iSelectedImage = insert.item.iImage;
+  insert.item.lParam = static_cast<LPARAM>(row);
+  insert.item.stateMask = TVIS_STATEIMAGEMASK;
+  insert.item.state = INDEXTOSTATEIMAGEMASK(shown.state);
+  // The button shows before the rows under it are made.
+  insert.item.cChildren = shown.children.empty() ? 0 : 1;
+  const auto item = reinterpret_cast<HTREEITEM>(Send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
+  items_[static_cast<size_t>(row)] = item;
+  shownStates_[static_cast<size_t>(row)] = item != nullptr ? shown.state : kNotShown;
+}
+
+void CMyTreeCtrl::MakeChildren(int row) {
+  if (selection_ == nullptr || row < 0 || static_cast<size_t>(row) >= items_.size() ||
+      items_[static_cast<size_t>(row)] == nullptr) {
+    return;
+  }
+  const std::vector<int>& children = selection_->Rows()[static_cast<size_t>(row)].children;
+  if (children.empty() || items_[static_cast<size_t>(children.front())] != nullptr) {
+    return;
+  }
+  const DrawingHeldOff heldOff(window_, children.size() > kManyChanges);
+  for (const int child : children) InsertRow(child);
+}
+
+HTREEITEM CMyTreeCtrl::ItemOfRow(int row) {
+  if (selection_ == nullptr || row < 0 || static_cast<size_t>(row) >= items_.size()) {
+    return nullptr;
+  }
+  // The rows above it are made from the category down.
+  std::vector<int> above;
+  for (int current = selection_->Rows()[static_cast<size_t>(row)].parent; current >= 0;
+       current = selection_->Rows()[static_cast<size_t>(current)].parent) {
+    above.push_back(current);
+  }
+  for (auto parent = above.rbegin(); parent != above.rend(); ++parent) MakeChildren(*parent);
+  return items_[static_cast<size_t>(row)];
+}
+
+HTREEITEM CMyTreeCtrl::MadeItem(int row) const {
+  return row >= 0 && static_cast<size_t>(row) < items_.size() ? items_[static_cast<size_t>(row)] : nullptr;
 }
 
 void CMyTreeCtrl::RefreshChecks() {
@@ -91,13 +163,18 @@ void CMyTreeCtrl::RefreshChecks() {
     return;
   }
   const std::vector<ItemSelection::Row>& rows = selection_->Rows();
+  std::vector<size_t> changed;
   for (size_t row = 0; row < rows.size() && row < items_.size(); ++row) {
+    if (items_[row] != nullptr && shownStates_[row] != rows[row].state) changed.push_back(row);
+  }
+  const DrawingHeldOff heldOff(window_, changed.size() > kManyChanges);
+  for (const size_t row : changed) {
     TVITEMW item{};
     item.mask = TVIF_STATE;
     item.hItem = items_[row];
     item.stateMask = TVIS_STATEIMAGEMASK;
     item.state = INDEXTOSTATEIMAGEMASK(rows[row].state);
-    (void)Send(TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));  // a row that went shows nothing anyway
+    if (Send(TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item)) != FALSE) shownStates_[row] = rows[row].state;
   }
 }
 
@@ -115,10 +192,6 @@ void CMyTreeCtrl::ClickBox(int row) {
   if (onChecksChanged) {
     onChecksChanged();
   }
-}
-
-HTREEITEM CMyTreeCtrl::ItemOfRow(int row) const {
-  return row >= 0 && static_cast<size_t>(row) < items_.size() ? items_[static_cast<size_t>(row)] : nullptr;
 }
 
 int CMyTreeCtrl::RowOfItem(HTREEITEM item) const {
@@ -141,6 +214,7 @@ void CMyTreeCtrl::SetScanState(int row, int state) {
 
 void CMyTreeCtrl::ResetScanStates() {
   (void)StopTimer(kAnimationTimer);  // none may be running
+  animating_ = false;
   scanStates_.assign(scanStates_.size(), kUntouched);
   currentRow_ = -1;
   (void)Invalidate();
@@ -153,12 +227,11 @@ void CMyTreeCtrl::BeginItem(unsigned id) {
   }
   currentRow_ = row;
   SetScanState(row, kInProgress);
-  (void)StartTimer(kAnimationTimer, kAnimationPeriodMs);  // without it the mark stands still
+  if (!animating_) animating_ = StartTimer(kAnimationTimer, kAnimationPeriodMs);  // without it the mark stands still
   (void)Invalidate();
 }
 
 void CMyTreeCtrl::EndItem() {
-  (void)StopTimer(kAnimationTimer);  // none may be running
   if (currentRow_ >= 0) {
     SetScanState(currentRow_, kDone);
   }
@@ -258,6 +331,12 @@ bool CMyTreeCtrl::OnReflected(UINT message, WPARAM, LPARAM lParam, LRESULT& resu
     return false;
   }
   NMHDR* header = reinterpret_cast<NMHDR*>(lParam);
+  if (header->code == TVN_ITEMEXPANDINGW || header->code == TVN_ITEMEXPANDINGA) {
+    const auto& change = *reinterpret_cast<const NMTREEVIEWW*>(lParam);  // the item is the same in both kinds
+    if ((change.action & TVE_EXPAND) != 0) MakeChildren(RowOfItem(change.itemNew.hItem));
+    result = FALSE;  // the row opens
+    return true;
+  }
   if (header->code != NM_CUSTOMDRAW) {
     return false;
   }
@@ -284,9 +363,14 @@ LRESULT CMyTreeCtrl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
     case WM_TIMER:
       if (wParam == kAnimationTimer) {
+        if (currentRow_ < 0) {
+          (void)StopTimer(kAnimationTimer);  // it is running: this is its tick
+          animating_ = false;
+          return 0;
+        }
         frame_ = (frame_ + 1) % kBusyFrames;
         RECT line{};
-        if (currentRow_ >= 0 && LineOf(ItemOfRow(currentRow_), line)) {
+        if (LineOf(MadeItem(currentRow_), line)) {
           const RECT status = StatusCell(line);
           (void)::InvalidateRect(window_, &status, TRUE);  // a row out of sight has nothing to repaint
         }

@@ -1,7 +1,9 @@
 // The item tree: the catalogue with a three-state box on every row, whose states live in
 // an ItemSelection; during a scan, a turning mark beside the item being scanned, a done
 // mark beside those scanned, and the number of traces found beside every row. The scan
-// page and the one-click dialog both show their trees with it.
+// page and the one-click dialog both show their trees with it. The rows under a row are
+// made when it is first opened, so a tree of thousands of rules is ready at once; the
+// tree's parent reflects its notifications (a controls::CDialog).
 #pragma once
 
 #include "catalogue/CMyObject.h"
@@ -34,7 +36,7 @@ class CMyTreeCtrl : public controls::CControl {
   // Shows the rows of `selection`, each with the picture and the found count of its node
   // (nodes[row], null for a row without a node). The selection must outlive the tree.
   void Fill(ItemSelection& selection, std::vector<const CMyObject*> nodes);
-  // Brings every box up to date with the selection.
+  // Brings every box shown up to date with the selection.
   void RefreshChecks();
   // Called after the user changed a box.
   std::function<void()> onChecksChanged;
@@ -54,7 +56,9 @@ class CMyTreeCtrl : public controls::CControl {
   // Repaints the counts.
   void RefreshCounts() const { (void)Invalidate(); }
 
-  HTREEITEM ItemOfRow(int row) const;
+  // The tree item of a row, made first (with the rows beside it and above it) when the
+  // row above it was never opened; null for a row that is not in the selection.
+  HTREEITEM ItemOfRow(int row);
   int RowOfItem(HTREEITEM item) const;
 
   bool OnReflected(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
@@ -63,6 +67,10 @@ class CMyTreeCtrl : public controls::CControl {
   LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+  // Makes the rows under `row` unless they are made.
+  void MakeChildren(int row);
+  void InsertRow(int row);
+  HTREEITEM MadeItem(int row) const;
   void ClickBox(int row);
   LRESULT CustomDraw(NMTVCUSTOMDRAW& draw) const;
   void DrawRowExtras(HDC dc, int row, const RECT& line) const;
@@ -74,9 +82,15 @@ class CMyTreeCtrl : public controls::CControl {
   ItemSelection* selection_ = nullptr;
   const ScanRun* run_ = nullptr;
   std::vector<const CMyObject*> nodes_;
-  std::vector<HTREEITEM> items_;
+  std::vector<int> images_;
+  std::vector<HTREEITEM> items_;  // null for a row not made yet
+  std::vector<int> shownStates_;  // the box each made row shows
   std::vector<int> scanStates_;
   int currentRow_ = -1;
+  // The mark's timer runs from an item's start until a tick finds no item being scanned:
+  // a scan of thousands of empty items would otherwise start and stop it thousands of
+  // times.
+  bool animating_ = false;
   int frame_ = 0;
   SIZE countLabel_{};
   CImageList pictures_;

@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace lumenor {
 
@@ -34,6 +35,20 @@ class CIniFileRW {
   int ReadInt(std::wstring_view section, std::wstring_view key) const;
   // The stored text, whole; false (and `text` emptied) when nothing was read.
   bool ReadString(std::wstring_view section, std::wstring_view key, std::wstring& text) const;
+
+  // A section read in one go, its keys then read as ReadInt reads them: a list of a
+  // thousand entries read key by key costs the system a thousand reads of the file.
+  class Section {
+   public:
+    int ReadInt(std::wstring_view key) const;
+
+   private:
+    friend class CIniFileRW;
+    std::unordered_map<std::wstring, std::wstring> values_;  // by name in lower case; the first of a name
+  };
+  // Empty (every key missing) when the section or the file is missing, or the section is
+  // too large to be a setting.
+  Section ReadSection(std::wstring_view section) const;
 
  private:
   CIniFileRW() = default;

@@ -93,8 +93,10 @@ std::wstring EntryKey(int index) { return L"item" + std::to_wstring(index); }
 
 std::vector<unsigned> ReadEntries(const CIniFileRW& file, const wchar_t* section, int count) {
   std::vector<unsigned> ids;
+  if (count <= 0) return ids;
+  const CIniFileRW::Section entries = file.ReadSection(section);
   for (int i = 0; i < count && i < kMaxSelectionEntries; ++i) {
-    ids.push_back(static_cast<unsigned>(file.ReadInt(section, EntryKey(i))));
+    ids.push_back(static_cast<unsigned>(entries.ReadInt(EntryKey(i))));
   }
   return ids;
 }

@@ -1,7 +1,8 @@
 // Rule items of a user's file on the scan page, as the user ticks, scans and erases them:
 // ticking an item that carries a warning asks first, OK keeps the tick and Cancel puts
 // back every box the press changed, whether it ticked the item, its application or its
-// category; items without a warning, and unticking, ask nothing.
+// category; items without a warning, and unticking, ask nothing. Rows opened after their
+// boxes changed show them as they are now, each row standing for its own item.
 #include "tests/scan/RuleTreeFixtures.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TraceFixtures.h"
@@ -14,6 +15,8 @@
 #include "scan/DlgScan.h"
 
 #include <gtest/gtest.h>
+
+#include <commctrl.h>
 
 #include <algorithm>
 
@@ -61,6 +64,34 @@ class RuleItemsOnTheScanPage : public ::testing::Test {
   void Press(int command) { SendMessageW(page_->Handle(), WM_COMMAND, static_cast<WPARAM>(command), 0); }
   int Box(unsigned id) const { return BoxState(page_->Tree(), page_->Selection(), id); }
   std::vector<unsigned> Ticked() const { return page_->Selection().TickedItems(); }
+  // The rows under the row of `id` once the user opens it, each as "name:box", followed by
+  // the name of the node the row stands for when that is another.
+  std::vector<std::wstring> OpenedRows(unsigned id) const {
+    CMyTreeCtrl& tree = page_->Tree();
+    const HTREEITEM parent = tree.ItemOfRow(page_->Selection().RowOf(id));
+    SendMessageW(tree.Handle(), TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(parent));
+    std::vector<std::wstring> rows;
+    for (auto child = reinterpret_cast<HTREEITEM>(
+             SendMessageW(tree.Handle(), TVM_GETNEXTITEM, TVGN_CHILD, reinterpret_cast<LPARAM>(parent)));
+         child != nullptr; child = reinterpret_cast<HTREEITEM>(SendMessageW(tree.Handle(), TVM_GETNEXTITEM, TVGN_NEXT,
+                                                                            reinterpret_cast<LPARAM>(child)))) {
+      wchar_t text[128] = {};
+      TVITEMW item{};
+      item.mask = TVIF_TEXT | TVIF_STATE;
+      item.hItem = child;
+      item.stateMask = TVIS_STATEIMAGEMASK;
+      item.pszText = text;
+      item.cchTextMax = 128;
+      if (SendMessageW(tree.Handle(), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)) == FALSE) continue;
+      std::wstring row = std::wstring(text) + L":" + std::to_wstring(item.state >> 12);
+      const int shown = tree.RowOfItem(child);
+      const CMyObject* node =
+          shown < 0 ? nullptr : FindNodeById(CatalogueRoot(), page_->Selection().Rows()[static_cast<size_t>(shown)].id);
+      if (node == nullptr || node->Name() != text) row += L" (row of " + (node ? node->Name() : L"nothing") + L")";
+      rows.push_back(std::move(row));
+    }
+    return rows;
+  }
   std::vector<std::wstring> QuestionTexts() const {
     std::vector<std::wstring> texts;
     for (const auto& question : questions_.asked) texts.push_back(question.text);
@@ -147,6 +178,22 @@ TEST_F(RuleItemsOnTheScanPage, AClickOnTheBoxAsksAsTheSpaceBarDoes) {
   questions_.answer = IDOK;
   ASSERT_TRUE(testing::ClickBoxOf(page_->Tree(), page_->Selection(), kPasswords));
   EXPECT_EQ(Box(kPasswords), ItemSelection::kTicked);
+}
+
+TEST_F(RuleItemsOnTheScanPage, RowsOpenedAfterTheirBoxesChangedShowThemAsTheyAreNow) {
+  Space(category_);
+  EXPECT_EQ(OpenedRows(category_), (std::vector<std::wstring>{L"Rule App:3", L"Quiet App:3"}));
+  EXPECT_EQ(OpenedRows(application_), (std::vector<std::wstring>{L"Sessions:3", L"Passwords:3", L"Cache:3"}));
+
+  Press(IDC_SCAN_SELECT_NONE);
+  EXPECT_EQ(OpenedRows(application_), (std::vector<std::wstring>{L"Sessions:1", L"Passwords:1", L"Cache:1"}));
+  EXPECT_EQ(OpenedRows(testing::NodeIdNamed(CMyObject::kApplication, L"Quiet App")),
+            std::vector<std::wstring>{L"Cache:1"})
+      << "opened for the first time after Select None";
+
+  Space(kCache);
+  EXPECT_EQ(OpenedRows(category_), (std::vector<std::wstring>{L"Rule App:2", L"Quiet App:1"}));
+  EXPECT_EQ(Ticked(), std::vector<unsigned>{kCache});
 }
 
 TEST_F(RuleItemsOnTheScanPage, TheRuleItemsTicksAreScannedListedAndErased) {

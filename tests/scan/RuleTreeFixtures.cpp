@@ -41,7 +41,7 @@ std::string WithText(std::string text, std::string_view placeholder, std::wstrin
   return text;
 }
 
-HTREEITEM ItemOf(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
+HTREEITEM ItemOf(CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
   return tree.ItemOfRow(selection.RowOf(id));
 }
 
@@ -63,13 +63,13 @@ unsigned NodeIdNamed(int level, std::wstring_view name) {
   return id;
 }
 
-void PressSpaceOn(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
+void PressSpaceOn(CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
   SendMessageW(tree.Handle(), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(ItemOf(tree, selection, id)));
   SendMessageW(tree.Handle(), WM_KEYDOWN, VK_SPACE, 0);
   SendMessageW(tree.Handle(), WM_KEYUP, VK_SPACE, 0);
 }
 
-bool ClickBoxOf(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
+bool ClickBoxOf(CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
   const HTREEITEM item = ItemOf(tree, selection, id);
   SendMessageW(tree.Handle(), TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(item));
   RECT text{};
@@ -90,7 +90,7 @@ bool ClickBoxOf(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigne
   return false;
 }
 
-int BoxState(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
+int BoxState(CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id) {
   const auto state = static_cast<UINT>(SendMessageW(
       tree.Handle(), TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(ItemOf(tree, selection, id)), TVIS_STATEIMAGEMASK));
   return static_cast<int>(state >> 12);

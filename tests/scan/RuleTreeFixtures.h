@@ -25,12 +25,12 @@ inline constexpr wchar_t kPasswordsWarning[] = L"Saved passwords are gone for go
 unsigned NodeIdNamed(int level, std::wstring_view name);
 
 // The space bar pressed on the row of `id`, made the tree's current row first.
-void PressSpaceOn(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id);
+void PressSpaceOn(CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id);
 // A click with the mouse on the box of the row of `id`; false when no point of the row
 // is its box.
-bool ClickBoxOf(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id);
+bool ClickBoxOf(CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id);
 // The state the tree shows in the box of the row of `id` (ItemSelection::CheckState).
-int BoxState(const CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id);
+int BoxState(CMyTreeCtrl& tree, const ItemSelection& selection, unsigned id);
 
 // The questions a page asks through its message box function, each answered `answer`.
 class RecordedQuestions {

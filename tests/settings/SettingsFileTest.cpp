@@ -167,6 +167,28 @@ TEST_F(SettingsFile, ADamagedHugeCountIsReadOnlyAsFarAsAListCanGo) {
   EXPECT_EQ(ids.front(), kItemIcqChatHistory);
 }
 
+TEST_F(SettingsFile, AListReadInOneGoReadsEachEntryAsTheSystemReadsItsKey) {
+  // A hand-edited list: names in other cases, a name twice, a second section of the same
+  // name, and values no program wrote.
+  ASSERT_TRUE(WriteFileBytes(path_,
+                             "[RecentItem]\r\nRecentItems=18\r\nitem0=104\r\nITEM1=105\r\nitem2=-5\r\nitem3=\r\n"
+                             "item4=0x1F\r\nitem5=0X1F\r\nitem6=abc\r\nitem7=12abc\r\nitem8=\"42\"\r\n"
+                             "item9='43'\r\nitem10=+7\r\nitem11=0b101\r\nitem12=99999999999\r\n"
+                             "item13 =  0o17 \r\nitem1=999\r\nitem14=\"12\r\n"
+                             "item15=000000000000000000000000000001\r\n"
+                             "[Other]\r\nitem16=5\r\n[RecentItem]\r\nitem17=77\r\n"));
+  std::vector<unsigned> keyByKey;
+  for (int i = 0; i < 18; ++i) {
+    keyByKey.push_back(static_cast<unsigned>(file_.ReadInt(L"RecentItem", L"item" + std::to_wstring(i))));
+  }
+  const std::vector<unsigned> list = ReadScanSelection(file_);
+  ASSERT_EQ(list.size(), keyByKey.size());
+  for (size_t i = 0; i < list.size(); ++i) EXPECT_EQ(list[i], keyByKey[i]) << "item" << i;
+  EXPECT_EQ(list[0], 104u);
+  EXPECT_EQ(list[1], 105u) << "the first of a name counts";
+  EXPECT_EQ(list[3], 1u) << "an empty entry names no item";
+}
+
 TEST_F(SettingsFile, NumbersRoundTripInDecimalWithSign) {
   ASSERT_TRUE(file_.WriteInt(L"Scan Schduler", L"hour", 20));
   ASSERT_TRUE(file_.WriteInt(L"Scan Schduler", L"minute", -7));
