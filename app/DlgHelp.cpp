@@ -30,9 +30,9 @@ CDlgHelp::CDlgHelp(PageOpener opener) : CDialog(IDD_HELP), opener_(std::move(ope
 bool CDlgHelp::OnInit() {
   (void)background_.Load(IDB_HELP_BACKGROUND);  // without it the page is plain white
   for (size_t index = 0; index < buttons_.size(); ++index) {
-    const HelpButton& spec = kButtons[index];
-    if (buttons_[index].CreateButton(window_, spec.command, RECT{})) {
-      buttons_[index].SetPictures(spec.pictures[0], spec.pictures[1], spec.pictures[2], spec.pictures[3]);
+    const HelpButton& wanted = kButtons[index];
+    if (buttons_[index].CreateButton(window_, wanted.command, RECT{})) {
+      buttons_[index].SetPictures(wanted.pictures[0], wanted.pictures[1], wanted.pictures[2], wanted.pictures[3]);
     }
   }
   LayOut();

@@ -53,9 +53,9 @@ bool CDlgJunkJunk::OnInit() {
        {IDB_JUNK_DELETE_ALL_NORMAL, IDB_JUNK_DELETE_ALL_HOT, IDB_JUNK_DELETE_ALL_PRESSED,
         IDB_JUNK_DELETE_ALL_DISABLED}},
   };
-  for (const auto& spec : buttons) {
-    if (spec.button->Attach(window_, spec.id)) {
-      spec.button->SetPictures(spec.pictures[0], spec.pictures[1], spec.pictures[2], spec.pictures[3]);
+  for (const auto& wanted : buttons) {
+    if (wanted.button->Attach(window_, wanted.id)) {
+      wanted.button->SetPictures(wanted.pictures[0], wanted.pictures[1], wanted.pictures[2], wanted.pictures[3]);
     }
   }
   if (animation_.Attach(window_, IDC_JUNK_ANIMATION)) {
