@@ -428,18 +428,6 @@ DatabaseErase EraseDatabase(const PlannedDatabase& database, const RuleContext& 
   return erase;
 }
 
-void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::wstring location,
-                 std::wstring_view name, bool isRegistry, uint64_t bytes) {
-  FoundTrace trace;
-  trace.item = item.node;
-  trace.name = name;
-  trace.location = std::move(location);
-  trace.isRegistry = isRegistry;
-  trace.bytes = bytes;
-  run.CountTrace(item, bytes);
-  sink.TraceFound(trace);
-}
-
 // A database line as a row: the host and its cookies, or the count of what goes.
 std::wstring DatabaseRowName(const PlannedDatabase& database, const DatabaseLine& line) {
   if (database.action == L"firefox-cookies" || database.action == L"chromium-cookies") {

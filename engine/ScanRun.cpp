@@ -1,6 +1,7 @@
 #include "engine/ScanRun.h"
 
 #include "engine/RulePlan.h"
+#include "engine/TraceSink.h"
 
 #include <algorithm>
 
@@ -72,6 +73,18 @@ std::vector<std::wstring> ScanRun::CookieHostsFound() const {
   std::sort(hosts.begin(), hosts.end());
   hosts.erase(std::unique(hosts.begin(), hosts.end()), hosts.end());
   return hosts;
+}
+
+void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::wstring location,
+                 std::wstring_view name, bool isRegistry, uint64_t bytes) {
+  FoundTrace trace;
+  trace.item = item.node;
+  trace.name = name;
+  trace.location = std::move(location);
+  trace.isRegistry = isRegistry;
+  trace.bytes = bytes;
+  run.CountTrace(item, bytes);
+  sink.TraceFound(trace);
 }
 
 }  // namespace lumenor

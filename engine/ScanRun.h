@@ -17,10 +17,13 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace lumenor {
+
+class TraceSink;
 
 struct RulePlan;
 
@@ -89,5 +92,9 @@ class ScanRun {
   Counter total_;
   CookieKeepList cookiesToKeep_;
 };
+
+// Counts a trace of `item` in the run and tells the sink about it.
+void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::wstring location,
+                 std::wstring_view name, bool isRegistry, uint64_t bytes);
 
 }  // namespace lumenor

@@ -44,18 +44,6 @@ FileLocationPlan PlanFileLocation(const CMyObject& item, int index, const Locati
   return plan;
 }
 
-void ReportTrace(ScanRun& run, const ScanRun::Item& item, TraceSink& sink, std::wstring location,
-                 std::wstring_view name, bool isRegistry, uint64_t bytes) {
-  FoundTrace trace;
-  trace.item = item.node;
-  trace.name = name;
-  trace.location = std::move(location);
-  trace.isRegistry = isRegistry;
-  trace.bytes = bytes;
-  run.CountTrace(item, bytes);
-  sink.TraceFound(trace);
-}
-
 // Whether a location of the item names one of Firefox's databases that may have to stay
 // (or its journal). "cookies.sqlite" only while a domain is kept: otherwise it goes as a
 // file, as it always has.
